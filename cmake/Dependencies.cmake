@@ -1,0 +1,10 @@
+# The libraries that the programs stand on. scripts/packages.sh names the Debian packages that hold them.
+find_package(Threads REQUIRED)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network DBus)
+find_package(QCoro6 0.8 REQUIRED COMPONENTS Core DBus Network)
+find_package(simdjson REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(sodium REQUIRED IMPORTED_TARGET libsodium)
+pkg_check_modules(libsecret REQUIRED IMPORTED_TARGET libsecret-1)
+pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
+find_package(OpenSSL 3 REQUIRED)
