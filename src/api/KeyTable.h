@@ -3,11 +3,13 @@
 #include "api/KeyConversion.h"
 
 #include <QHashFunctions>
+#include <QList>
+#include <QMap>
+#include <QString>
 
-#include <concepts>
+#include <optional>
 #include <string_view>
 #include <tuple>
-#include <type_traits>
 
 namespace tarnwik {
 
@@ -42,11 +44,41 @@ bool operator==(const T &left, const T &right)
                       T::keyTable());
 }
 
+template<Record T>
+size_t qHash(const T &record, size_t seed = 0);
+
+namespace detail {
+
+template<typename T>
+size_t hashField(const T &value, size_t seed)
+{
+    if constexpr (Record<T>)
+        return tarnwik::qHash(value, seed);
+    else
+        return ::qHash(value, seed);
+}
+
+template<typename T>
+size_t hashField(const std::optional<T> &value, size_t seed)
+{
+    return value ? hashField(*value, seed + 1) : seed;
+}
+
+template<typename T>
+size_t hashField(const QMap<QString, T> &map, size_t seed)
+{
+    for (auto item = map.begin(); item != map.end(); ++item)
+        seed = hashField(item.value(), hashField(item.key(), seed));
+    return hashField(map.size(), seed);
+}
+
+} // namespace detail
+
 /// Over all fields.
 template<Record T>
-size_t qHash(const T &record, size_t seed = 0)
+size_t qHash(const T &record, size_t seed)
 {
-    std::apply([&](const auto &...row) { ((seed = qHash(record.*row.field, seed)), ...); }, T::keyTable());
+    std::apply([&](const auto &...row) { ((seed = detail::hashField(record.*row.field, seed)), ...); }, T::keyTable());
     return seed;
 }
 

@@ -1,0 +1,34 @@
+#include "tunnel/ProviderConfiguration.h"
+
+#include "api/JSON.h"
+
+#include <QStringDecoder>
+
+namespace tarnwik {
+
+namespace {
+
+QString jsonText(const TunnelProfile &profile)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(encode(profile));
+    return decoder.hasError() ? QStringLiteral("{}") : text;
+}
+
+} // namespace
+
+QVariantMap providerConfiguration(const TunnelProfile &profile, const QString &privateKeyReference,
+                                  const std::optional<QString> &keychainAccessGroup)
+{
+    QVariantMap configuration{
+        {QStringLiteral("tunnel_profile_json"), jsonText(profile)},
+        {QStringLiteral("client_private_key_ref"), privateKeyReference},
+        {QStringLiteral("keychain_service"), QStringLiteral("Tarnwik")},
+        {QStringLiteral("metadata_only"), true},
+    };
+    if (keychainAccessGroup)
+        configuration.insert(QStringLiteral("keychain_access_group"), *keychainAccessGroup);
+    return configuration;
+}
+
+} // namespace tarnwik

@@ -1,0 +1,3 @@
+tarnwik_test(api_test
+  SOURCES KeyConversionTest.cpp RecordFieldsTest.cpp RecordsTest.cpp
+  LINK tarnwik_api)
