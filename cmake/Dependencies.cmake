@@ -1,6 +1,9 @@
 # The libraries that the programs stand on. scripts/packages.sh names the Debian packages that hold them.
 find_package(Threads REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network DBus)
+if(TARNWIK_TESTS)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+endif()
 find_package(QCoro6 0.8 REQUIRED COMPONENTS Core DBus Network)
 find_package(simdjson REQUIRED)
 find_package(PkgConfig REQUIRED)

@@ -3,8 +3,7 @@
 # tarnwik_options(TARGET): our warnings, as errors, and the sanitizers where they are wanted.
 function(tarnwik_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror)
-  target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
-                                               QT_USE_QSTRINGBUILDER)
+  target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
   target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/src)
   if(TARNWIK_SANITIZE)
     target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all
