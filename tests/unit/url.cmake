@@ -1,0 +1,1 @@
+tarnwik_test(url_test SOURCES URLTest.cpp URLErrorTest.cpp LINK tarnwik_platform)
