@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QJsonValue>
+#include <QString>
+
+namespace tarnwik::cli {
+
+/// Standard output and standard error. Text goes out as UTF-8, whatever the locale.
+class Terminal
+{
+public:
+    Terminal();
+
+    /// Prints \a text and a line break to standard output.
+    void print(const QString &text) const;
+
+    /// Prints \a value as compact JSON on a line of its own.
+    void print(const QJsonValue &value) const;
+
+    /// Prints a failure's text to standard error.
+    void printError(const QString &text) const;
+
+    /// Tells a person at a terminal what is going on; nobody else is told.
+    void progress(const QString &text) const;
+
+private:
+    bool m_hasPerson;
+};
+
+/// \a text with everything that a terminal would take for more than text replaced by U+FFFD: control characters, and
+/// the marks that turn the direction of writing.
+QString plainText(const QString &text);
+
+} // namespace tarnwik::cli

@@ -1,0 +1,54 @@
+// tarnwikctl: the client for terminals and scripts.
+
+#include "async/Detach.h"
+#include "cli/Commands.h"
+#include "cli/Interruption.h"
+#include "core/AppModel.h"
+#include "platform/LocalizedError.h"
+#include "platform/embedded/EmbeddedPlatform.h"
+#include "platform/linux/LinuxPlatform.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace {
+
+using namespace tarnwik;
+
+int answer(const cli::Answer &answer)
+{
+    std::fputs(answer.text.toUtf8().constData(), answer.status == cli::ExitStatus::Done ? stdout : stderr);
+    return int(answer.status);
+}
+
+Task<> runAndQuit(cli::Options options, AppModel &model, std::stop_token token)
+{
+    const cli::ExitStatus status = co_await cli::runCommand(std::move(options), model, cli::Terminal(), token);
+    QCoreApplication::exit(int(status));
+}
+
+int run(const cli::Options &options)
+{
+    const ScopedPlatform platform(options.isDemo ? embeddedPlatform(demoFolder()) : linuxPlatform());
+    AppModel model;
+    std::unique_ptr<cli::Interruption> interruption;
+    if (cli::isEndless(options.command))
+        interruption = std::make_unique<cli::Interruption>();
+    const std::stop_token token = interruption ? interruption->token() : std::stop_token();
+    // From the event loop: a command that ends at once would quit a loop that does not run yet.
+    QMetaObject::invokeMethod(&model, [&] { async::detach(runAndQuit(options, model, token)); }, Qt::QueuedConnection);
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tarnwikctl"));
+    const auto parsed = cli::parseCommandLine(QCoreApplication::arguments());
+    if (const auto *text = std::get_if<cli::Answer>(&parsed))
+        return answer(*text);
+    return run(std::get<cli::Options>(parsed));
+}
