@@ -52,64 +52,107 @@ struct KeyNames
         table);
 };
 
-/// Where \a key stands in \a list, the place \a expected tried before all others; the list's size when it is not there.
-template<std::size_t Count>
-std::size_t indexOf(const std::array<std::string_view, Count> &list, std::string_view key, std::size_t expected)
-{
-    if (expected < Count && list[expected] == key)
-        return expected;
-    return std::size_t(std::find(list.begin(), list.end(), key) - list.begin());
-}
-
-/// The same for a key as it was received.
+/// Where a record's keys stand in a document: the row of the key table, by the key's place in the object. The records
+/// of a list mostly have their keys in one order, so each record tells where to look in the next one.
 template<Record T>
-std::size_t indexOfReceived(std::string_view key, std::size_t expected)
+class KeyOrder
 {
     using Names = KeyNames<T>;
-    if (key.find('_') == std::string_view::npos)
-        return indexOf(Names::declared, key, expected);
-    if (const auto index = indexOf(Names::received, key, expected); index < Names::count)
-        return index;
-    const std::string declared = keys::fromSnakeCase(toQString(key)).toStdString();
-    return indexOf(Names::declared, declared, expected);
-}
+
+public:
+    /// The row of \a key, which is the object's key number \a place; the table's size when it has none.
+    std::size_t row(std::string_view key, std::size_t place)
+    {
+        if (place >= m_rows.size())
+            return search(key);
+        std::size_t &row = m_rows[place];
+        if (row == Names::count || (Names::received[row] != key && Names::declared[row] != key))
+            row = search(key);
+        return row;
+    }
+
+private:
+    static std::size_t search(std::string_view key)
+    {
+        const auto find = [](const typename Names::List &list, std::string_view name) {
+            return std::size_t(std::find(list.begin(), list.end(), name) - list.begin());
+        };
+        if (key.find('_') == std::string_view::npos)
+            return find(Names::declared, key);
+        if (const std::size_t row = find(Names::received, key); row < Names::count)
+            return row;
+        return find(Names::declared, keys::fromSnakeCase(toQString(key)).toStdString());
+    }
+
+    std::array<std::size_t, Names::count> m_rows = [] {
+        std::array<std::size_t, Names::count> rows{};
+        rows.fill(Names::count);
+        return rows;
+    }();
+};
+
+/// A field's text in the record before, and the string that was made of it.
+struct LastText
+{
+    std::string_view text;
+    QString string;
+};
+
+/// What one record of a list leaves for the next one: where its keys stood, and its texts, so that what a server repeats
+/// in every record, a region or a status, is converted and stored once.
+template<Record T>
+struct RecordMemory
+{
+    KeyOrder<T> order;
+    std::array<LastText, KeyNames<T>::count> texts;
+};
 
 /// The elements of a record's fields, in the order of its key table; nothing where the key is missing.
 template<Record T>
-auto findFields(const simdjson::dom::object &object)
+auto findFields(const simdjson::dom::object &object, KeyOrder<T> &order)
 {
     std::array<std::optional<Element>, KeyNames<T>::count> found;
-    // Servers send keys in one order: the row behind the last one found is the likely one.
-    std::size_t expected = 0;
+    std::size_t place = 0;
     for (const auto &[key, value] : object) {
-        const std::size_t index = indexOfReceived<T>(key, expected);
-        if (index == found.size())
-            continue;
-        if (!found[index])
-            found[index] = value;
-        expected = index + 1;
+        const std::size_t row = order.row(key, place++);
+        if (row < found.size() && !found[row])
+            found[row] = value;
     }
     return found;
 }
 
-inline void read(const Element &element, QString &value)
+inline DecodingError mismatch(const Element &element)
+{
+    return DecodingError(element.is_null() ? Kind::ValueNotFound : Kind::TypeMismatch);
+}
+
+inline void require(const Element &element, simdjson::error_code error)
+{
+    if (error)
+        throw mismatch(element);
+}
+
+inline std::string_view textOf(const Element &element)
 {
     std::string_view text;
-    if (element.get(text))
-        throw DecodingError(element.is_null() ? Kind::ValueNotFound : Kind::TypeMismatch);
-    value = toQString(text);
+    require(element, element.get(text));
+    return text;
+}
+
+inline void read(const Element &element, QString &value)
+{
+    value = toQString(textOf(element));
 }
 
 inline void read(const Element &element, bool &value)
 {
-    if (element.get(value))
-        throw DecodingError(element.is_null() ? Kind::ValueNotFound : Kind::TypeMismatch);
+    require(element, element.get(value));
 }
 
 /// Any number whose value is integral and fits, however it is written.
 inline void read(const Element &element, qint64 &value)
 {
-    // The range of doubles whose integer fits: the upper end itself, 2^63, does not.
+    // 2^63, which itself does not fit.
     constexpr double end = 9223372036854775808.0;
     std::int64_t integer = 0;
     double number = 0;
@@ -119,26 +162,46 @@ inline void read(const Element &element, qint64 &value)
         if (!(number >= -end && number < end) || number != std::trunc(number))
             throw DecodingError(Kind::DataCorrupted);
         value = qint64(number);
-    } else if (element.is_uint64()) {
-        throw DecodingError(Kind::DataCorrupted);
     } else {
-        throw DecodingError(element.is_null() ? Kind::ValueNotFound : Kind::TypeMismatch);
+        throw element.is_uint64() ? DecodingError(Kind::DataCorrupted) : mismatch(element);
     }
 }
 
 template<Record T>
-void read(const Element &element, T &record);
+void read(const Element &element, T &record, RecordMemory<T> &memory);
+
+template<Record T>
+void read(const Element &element, T &record)
+{
+    RecordMemory<T> memory;
+    read(element, record, memory);
+}
+
+/// What one item of a list leaves for the next one: nothing, but for records.
+template<typename T>
+struct ItemMemory
+{
+};
+template<Record T>
+struct ItemMemory<T> : RecordMemory<T>
+{
+};
 
 template<typename T>
 void read(const Element &element, QList<T> &list)
 {
     simdjson::dom::array array;
-    if (element.get(array))
-        throw DecodingError(element.is_null() ? Kind::ValueNotFound : Kind::TypeMismatch);
+    require(element, element.get(array));
     list.reserve(qsizetype(array.size()));
+    [[maybe_unused]] ItemMemory<T> memory;
     for (const Element item : array) {
-        readWithin([&] { read(item, list.emplaceBack()); },
-                   [&] { return QStringLiteral("[%1]").arg(list.size() - 1); });
+        const auto readItem = [&] {
+            if constexpr (Record<T>)
+                read(item, list.emplaceBack(), memory);
+            else
+                read(item, list.emplaceBack());
+        };
+        readWithin(readItem, [&] { return QStringLiteral("[%1]").arg(list.size() - 1); });
     }
 }
 
@@ -147,8 +210,7 @@ template<typename T>
 void read(const Element &element, QMap<QString, T> &map)
 {
     simdjson::dom::object object;
-    if (element.get(object))
-        throw DecodingError(element.is_null() ? Kind::ValueNotFound : Kind::TypeMismatch);
+    require(element, element.get(object));
     for (const auto &[key, item] : object) {
         const QString name = toQString(key);
         T value{};
@@ -159,7 +221,7 @@ void read(const Element &element, QMap<QString, T> &map)
 }
 
 template<typename T>
-void readField(const std::optional<Element> &element, T &value)
+void readField(const std::optional<Element> &element, T &value, LastText & /*last*/)
 {
     if (!element)
         throw DecodingError(Kind::KeyNotFound);
@@ -167,24 +229,35 @@ void readField(const std::optional<Element> &element, T &value)
 }
 
 template<typename T>
-void readField(const std::optional<Element> &element, std::optional<T> &value)
+void readField(const std::optional<Element> &element, std::optional<T> &value, LastText & /*last*/)
 {
     if (element && !element->is_null())
         read(*element, value.emplace());
 }
 
+inline void readField(const std::optional<Element> &element, QString &value, LastText &last)
+{
+    if (!element)
+        throw DecodingError(Kind::KeyNotFound);
+    const std::string_view text = textOf(*element);
+    if (last.text != text || last.string.isNull())
+        last = {text, toQString(text)};
+    // A copy that is moved in: both are inline, the assignment of a QString is not.
+    value = QString(last.string);
+}
+
 template<Record T>
-void read(const Element &element, T &record)
+void read(const Element &element, T &record, RecordMemory<T> &memory)
 {
     simdjson::dom::object object;
-    if (element.get(object))
-        throw DecodingError(element.is_null() ? Kind::ValueNotFound : Kind::TypeMismatch);
+    require(element, element.get(object));
     // Fields are read in the table's order, so that of several failures the first declared one is told.
-    const auto found = findFields<T>(object);
+    const auto found = findFields(object, memory.order);
     std::apply(
         [&](const auto &...row) {
-            auto element = found.begin();
-            (readWithin([&] { readField(*element++, record.*row.field); },
+            auto field = found.begin();
+            auto last = memory.texts.begin();
+            (readWithin([&] { readField(*field++, record.*row.field, *last++); },
                         [&] { return toQString(row.wireKey.view()); }),
              ...);
         },

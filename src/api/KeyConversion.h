@@ -6,12 +6,10 @@
 #include <cstddef>
 #include <string_view>
 
-namespace tarnwik {
-
 /// The two rules by which a record's declared key and its key on the wire follow from each other. They are those of
 /// the platform's JSON coders (JSONDecoder.convertFromSnakeCase, JSONEncoder.convertToSnakeCase), and are no inverses:
 /// "signedTransactionJWS" is written as "signed_transaction_jws", which is read as "signedTransactionJws".
-namespace keys {
+namespace tarnwik::keys {
 
 /// The declared form of a key received: split at inner underscores, first part lower-cased, the others capitalised,
 /// joined; leading and trailing underscores stay. A key of one part is kept as it is.
@@ -93,12 +91,12 @@ constexpr bool readsBack(std::string_view wireKey, std::string_view declaredKey)
         }
         const bool isLower = c >= 'a' && c <= 'z';
         const char expected = beginsWord && isLower ? static_cast<char>(c - 'a' + 'A') : c;
-        if (at == declaredKey.size() || declaredKey[at++] != expected)
+        if (at == declaredKey.size() || declaredKey[at] != expected)
             return false;
+        ++at;
         beginsWord = false;
     }
     return at == declaredKey.size();
 }
 
-} // namespace keys
-} // namespace tarnwik
+} // namespace tarnwik::keys
