@@ -1,0 +1,31 @@
+#include "platform/linux/NetworkManagerStatus.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwik {
+
+namespace {
+
+TEST(NetworkManagerStatus, followsTheStateOfTheActiveConnection)
+{
+    EXPECT_EQ(vpnStatus(NetworkManagerActiveState::Activating, false), VPNStatus::Connecting);
+    EXPECT_EQ(vpnStatus(NetworkManagerActiveState::Activated, true), VPNStatus::Connected);
+    EXPECT_EQ(vpnStatus(NetworkManagerActiveState::Deactivating, true), VPNStatus::Disconnecting);
+    EXPECT_EQ(vpnStatus(NetworkManagerActiveState::Deactivating, false), VPNStatus::Disconnecting);
+    EXPECT_EQ(vpnStatus(NetworkManagerActiveState::Deactivated, true), VPNStatus::Disconnected);
+}
+
+TEST(NetworkManagerStatus, activatingAgainIsReasserting)
+{
+    EXPECT_EQ(vpnStatus(NetworkManagerActiveState::Activating, true), VPNStatus::Reasserting);
+}
+
+TEST(NetworkManagerStatus, aStateThatTheDaemonDoesNotKnowIsDisconnected)
+{
+    EXPECT_EQ(vpnStatus(NetworkManagerActiveState::Unknown, false), VPNStatus::Disconnected);
+    EXPECT_EQ(vpnStatus(static_cast<NetworkManagerActiveState>(77), true), VPNStatus::Disconnected);
+}
+
+} // namespace
+
+} // namespace tarnwik
