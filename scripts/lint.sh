@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# Checks the source without running it: formatting, and clang-tidy with every warning an error.
+#
+# usage: lint.sh [FILE...]    only these source files
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+. scripts/build.sh
+
+install_packages "${build_packages[@]}" "${test_packages[@]}" "${lint_packages[@]}"
+# clang-tidy reads the compilation database, and the headers that the build makes.
+build debug
+
+if [ $# -gt 0 ]; then
+  sources=("$@")
+else
+  mapfile -t sources < <(git ls-files -co --exclude-standard 'src/*.cpp' 'tests/*.cpp' 'bench/*.cpp')
+fi
+mapfile -t headers < <(git ls-files -co --exclude-standard 'src/*.h' 'tests/*.h')
+
+echo "Checking the formatting…"
+clang-format-19 --dry-run -Werror "${sources[@]}" "${headers[@]}"
+
+echo "Checking the code (clang-tidy)…"
+compiled=()
+for source in "${sources[@]}"; do
+  grep -qF "$PWD/$source\"" build/debug/compile_commands.json && compiled+=("$source")
+done
+printf '%s\0' "${compiled[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy-19 -p build/debug --quiet
+
+echo "Checking the scripts…"
+git ls-files -co --exclude-standard '*.sh' '.ci/run' | xargs -n 1 bash -n
+echo "Nothing to complain about."
