@@ -42,7 +42,7 @@ private:
 /// Reads a record from UTF-8 JSON text; keys are matched in declared form after conversion from snake case, and the
 /// first of several equal keys counts. Throws DecodingError.
 template<Record T>
-T decode(const QByteArray &json);
+T decode(const QByteArray &bytes);
 
 /// A record as a JSON object under its wire keys; absent fields are left out.
 template<Record T>

@@ -159,7 +159,8 @@ inline void read(const Element &element, qint64 &value)
     if (!element.get(integer)) {
         value = integer;
     } else if (element.is_double() && !element.get(number)) {
-        if (!(number >= -end && number < end) || number != std::trunc(number))
+        const bool fits = number >= -end && number < end;
+        if (!fits || number != std::trunc(number))
             throw DecodingError(Kind::DataCorrupted);
         value = qint64(number);
     } else {
@@ -214,7 +215,7 @@ void read(const Element &element, QMap<QString, T> &map)
     for (const auto &[key, item] : object) {
         const QString name = toQString(key);
         T value{};
-        readWithin([&, item = item] { read(item, value); }, [&] { return name; });
+        readWithin([&, item = item] { read(item, value); }, [&] { return QString(name); });
         if (!map.contains(name))
             map.insert(name, value);
     }

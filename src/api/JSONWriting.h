@@ -13,6 +13,11 @@
 
 namespace tarnwik::json {
 
+inline QString keyText(std::string_view key)
+{
+    return QString::fromLatin1(key.data(), qsizetype(key.size()));
+}
+
 inline QJsonValue write(const QString &value)
 {
     return value;
@@ -73,9 +78,7 @@ QJsonObject toJSON(const T &record)
     QJsonObject object;
     std::apply(
         [&](const auto &...row) {
-            (json::writeField(object, QString::fromLatin1(row.wireKey.view().data(), qsizetype(row.wireKey.length)),
-                              record.*row.field),
-             ...);
+            (json::writeField(object, json::keyText(row.wireKey.view()), record.*row.field), ...);
         },
         T::keyTable());
     return object;

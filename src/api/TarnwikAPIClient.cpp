@@ -48,10 +48,11 @@ bool isSuccess(int statusCode)
 
 } // namespace
 
-TarnwikAPIClient::TarnwikAPIClient(URL baseURL, std::optional<QString> token, std::shared_ptr<HTTPSession> urlSession)
+TarnwikAPIClient::TarnwikAPIClient(URL baseURL, std::optional<QString> token,
+                                   const std::shared_ptr<HTTPSession> &urlSession)
     : m_baseURL(std::move(baseURL))
     , m_token(std::move(token))
-    , m_urlSession(urlSession ? std::move(urlSession) : PlatformServices::current().httpSession)
+    , m_urlSession(urlSession ? urlSession : PlatformServices::current().httpSession)
 {
 }
 
@@ -105,8 +106,7 @@ Task<Field> field(Task<Answer> task, Field Answer::*member)
 Task<> TarnwikAPIClient::signOut(std::stop_token token) const
 {
     static constexpr auto discardAnswer = [](Task<EmptyResponse> task) -> Task<> { co_await task; };
-    return discardAnswer(
-        request<EmptyResponse>(*this, {.path = sessionPath, .method = "DELETE"}, std::move(token)));
+    return discardAnswer(request<EmptyResponse>(*this, {.path = sessionPath, .method = "DELETE"}, std::move(token)));
 }
 
 Task<Account> TarnwikAPIClient::account(std::stop_token token) const

@@ -22,7 +22,7 @@ class TarnwikAPIClient
 public:
     /// \a urlSession is the process-wide one where none is given.
     explicit TarnwikAPIClient(URL baseURL, std::optional<QString> token = {},
-                              std::shared_ptr<HTTPSession> urlSession = {});
+                              const std::shared_ptr<HTTPSession> &urlSession = {});
 
     /// A client for another server or token on the same HTTP session.
     TarnwikAPIClient with(URL baseURL, std::optional<QString> token) const;

@@ -2,6 +2,7 @@
 
 #include "api/JSON.h"
 #include "cli/Terminal.h"
+#include "cli/TunnelWait.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -65,8 +66,12 @@ QString nodeName(const AppModel &model)
 
 QString statusText(const AppModel &model)
 {
-    QList<Row> rows{{QStringLiteral("Tunnel"), model.vpnController()->statusLabel()},
-                    {QStringLiteral("Server"), cell(model.serverURLString())}};
+    const VPNController &tunnel = *model.vpnController();
+    QList<Row> rows{{QStringLiteral("Tunnel"), tunnel.statusLabel()}};
+    // Not the selected node: that is what the next connect would use.
+    if (const auto node = tunnel.configuredNode(); node && !isDown(tunnel.status()))
+        rows << Row{QStringLiteral("Through"), cell(node->name)};
+    rows << Row{QStringLiteral("Server"), cell(model.serverURLString())};
     const auto account = model.account();
     rows << Row{QStringLiteral("Account"),
                 account                  ? cell(account->email)
@@ -75,7 +80,7 @@ QString statusText(const AppModel &model)
     if (account)
         rows << Row{QStringLiteral("Usage"), usage(*account)};
     if (model.isSignedIn())
-        rows << Row{QStringLiteral("Exit node"), nodeName(model)};
+        rows << Row{QStringLiteral("Selected node"), nodeName(model)};
     return table(rows);
 }
 

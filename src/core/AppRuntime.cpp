@@ -59,7 +59,7 @@ std::optional<QString> AppRuntime::value(const QString &key)
     const QVariant object = PlatformServices::current().informationDictionary->object(key);
     if (object.typeId() != QMetaType::QString)
         return std::nullopt;
-    const QString text = trimmed(object.toString());
+    QString text = trimmed(object.toString());
     if (text.isEmpty() || text.contains(QLatin1String("$(")))
         return std::nullopt;
     return text;

@@ -23,8 +23,8 @@ const PlatformServices &PlatformServices::current()
     return *s_current;
 }
 
-ScopedPlatform::ScopedPlatform(PlatformServices services)
-    : m_services(std::move(services))
+ScopedPlatform::ScopedPlatform(const PlatformServices &services)
+    : m_services(services)
     , m_previous(std::exchange(s_current, &m_services))
 {
 }

@@ -39,7 +39,7 @@ struct PlatformServices
 class ScopedPlatform
 {
 public:
-    explicit ScopedPlatform(PlatformServices services);
+    explicit ScopedPlatform(const PlatformServices &services);
     ~ScopedPlatform();
 
     ScopedPlatform(const ScopedPlatform &) = delete;

@@ -102,7 +102,7 @@ std::optional<QByteArray> encodedHost(const QByteArray &host)
     }
     if (isValid(host, isUnreservedOrSubDelimiter))
         return host;
-    const QByteArray ascii = QUrl::toAce(QString::fromUtf8(host));
+    QByteArray ascii = QUrl::toAce(QString::fromUtf8(host));
     if (ascii.isEmpty() || !isValid(ascii, isUnreservedOrSubDelimiter))
         return std::nullopt;
     return ascii;
@@ -155,37 +155,37 @@ bool isScheme(const QByteArray &text)
 
 } // namespace
 
-std::optional<URL> URL::fromString(const QString &string)
+std::optional<URL> URL::fromString(const QString &text)
 {
-    const QByteArray text = string.toUtf8();
-    if (text.isEmpty())
+    const QByteArray bytes = text.toUtf8();
+    if (bytes.isEmpty())
         return std::nullopt;
 
     QByteArray result;
     qsizetype position = 0;
     // A colon before any other delimiter ends a scheme; one that leads the text is part of the path.
-    const auto schemeEnd = indexOfAny(text, ":/?#");
-    if (schemeEnd > 0 && schemeEnd < text.size() && text[schemeEnd] == ':') {
-        if (!isScheme(text.left(schemeEnd)))
+    const auto schemeEnd = indexOfAny(bytes, ":/?#");
+    if (schemeEnd > 0 && schemeEnd < bytes.size() && bytes[schemeEnd] == ':') {
+        if (!isScheme(bytes.left(schemeEnd)))
             return std::nullopt;
         position = schemeEnd + 1;
-        result = text.left(position);
+        result = bytes.left(position);
     }
-    if (text.mid(position, 2) == "//") {
-        const auto authorityEnd = indexOfAny(text, "/?#", position + 2);
-        const auto authority = encodedAuthority(text.mid(position + 2, authorityEnd - position - 2));
+    if (bytes.mid(position, 2) == "//") {
+        const auto authorityEnd = indexOfAny(bytes, "/?#", position + 2);
+        const auto authority = encodedAuthority(bytes.mid(position + 2, authorityEnd - position - 2));
         if (!authority)
             return std::nullopt;
         result += "//" + *authority;
         position = authorityEnd;
     }
-    const auto pathEnd = indexOfAny(text, "?#", position);
-    result += encodedIfNeeded(text.mid(position, pathEnd - position), isPathCharacter);
-    const auto queryEnd = indexOfAny(text, "#", pathEnd);
+    const auto pathEnd = indexOfAny(bytes, "?#", position);
+    result += encodedIfNeeded(bytes.mid(position, pathEnd - position), isPathCharacter);
+    const auto queryEnd = indexOfAny(bytes, "#", pathEnd);
     if (queryEnd > pathEnd)
-        result += '?' + encodedIfNeeded(text.mid(pathEnd + 1, queryEnd - pathEnd - 1), isQueryCharacter);
-    if (queryEnd < text.size())
-        result += '#' + encodedIfNeeded(text.mid(queryEnd + 1), isQueryCharacter);
+        result += '?' + encodedIfNeeded(bytes.mid(pathEnd + 1, queryEnd - pathEnd - 1), isQueryCharacter);
+    if (queryEnd < bytes.size())
+        result += '#' + encodedIfNeeded(bytes.mid(queryEnd + 1), isQueryCharacter);
     return URL(QString::fromLatin1(result));
 }
 

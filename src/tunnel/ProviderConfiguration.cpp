@@ -8,6 +8,8 @@ namespace tarnwik {
 
 namespace {
 
+const QString profileKey = QStringLiteral("tunnel_profile_json");
+
 QString jsonText(const TunnelProfile &profile)
 {
     QStringDecoder decoder(QStringDecoder::Utf8);
@@ -21,7 +23,7 @@ QVariantMap providerConfiguration(const TunnelProfile &profile, const QString &p
                                   const std::optional<QString> &keychainAccessGroup)
 {
     QVariantMap configuration{
-        {QStringLiteral("tunnel_profile_json"), jsonText(profile)},
+        {profileKey, jsonText(profile)},
         {QStringLiteral("client_private_key_ref"), privateKeyReference},
         {QStringLiteral("keychain_service"), QStringLiteral("Tarnwik")},
         {QStringLiteral("metadata_only"), true},
@@ -29,6 +31,16 @@ QVariantMap providerConfiguration(const TunnelProfile &profile, const QString &p
     if (keychainAccessGroup)
         configuration.insert(QStringLiteral("keychain_access_group"), *keychainAccessGroup);
     return configuration;
+}
+
+std::optional<TunnelNode> nodeOfConfiguration(const QVariantMap &configuration)
+{
+    try {
+        return decode<TunnelProfile>(configuration.value(profileKey).toString().toUtf8()).node;
+    } catch (const DecodingError &) {
+        // Saved by another version, or by hand: the tunnel may work all the same.
+        return std::nullopt;
+    }
 }
 
 } // namespace tarnwik

@@ -16,4 +16,7 @@ namespace tarnwik {
 QVariantMap providerConfiguration(const TunnelProfile &profile, const QString &privateKeyReference,
                                   const std::optional<QString> &keychainAccessGroup);
 
+/// The node of the tunnel profile in a provider configuration; nothing when it holds none that can be read.
+std::optional<TunnelNode> nodeOfConfiguration(const QVariantMap &configuration);
+
 } // namespace tarnwik

@@ -54,6 +54,13 @@ VPNActionState VPNController::actionState() const
     return VPNActionState::InTransition;
 }
 
+std::optional<TunnelNode> VPNController::configuredNode() const
+{
+    if (!hasManager() || !m_manager.value()->protocolConfiguration)
+        return std::nullopt;
+    return nodeOfConfiguration(m_manager.value()->protocolConfiguration->providerConfiguration);
+}
+
 std::optional<QString> VPNController::lastDisconnectError() const
 {
     return hasManager() ? m_manager.value()->lastDisconnectError() : std::nullopt;

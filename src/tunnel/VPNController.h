@@ -50,6 +50,9 @@ public:
     /// Whether the configuration has been found or made.
     bool hasManager() const { return m_manager.value() != nullptr; }
 
+    /// The node that the configuration leads to, as the profile that it was last given names it.
+    std::optional<TunnelNode> configuredNode() const;
+
     /// Why the tunnel last went down by itself, where the system tells.
     std::optional<QString> lastDisconnectError() const;
 

@@ -134,6 +134,19 @@ TEST_F(Reports, tellOfASession)
     EXPECT_TRUE(accountText(*model.account()).contains(text("$4.99")));
 }
 
+TEST_F(Reports, tellThroughWhichNodeTheTunnelRuns)
+{
+    m_answers[text("POST /api/customer/v1/devices")] = {201, "{\"device\":" + device(1, "macos") + "}"};
+    m_answers[text("POST /api/customer/v1/devices/1/node-profiles")] = {201, sampleJSON<DeviceProfileResponse>()};
+    AppModel model;
+    run(model.signIn(text("e"), text("p")));
+    EXPECT_FALSE(statusText(model).contains(text("Through")));
+    run(model.connect());
+    EXPECT_TRUE(statusText(model).contains(text("Through        Reykjavík"))) << statusText(model).toStdString();
+    run(model.disconnect());
+    EXPECT_FALSE(statusText(model).contains(text("Through")));
+}
+
 TEST_F(Reports, markTheSelectedNode)
 {
     AppModel model;

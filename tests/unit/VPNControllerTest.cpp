@@ -278,6 +278,15 @@ TEST_F(Controller, tellsWhyTheTunnelWentDown)
     EXPECT_EQ(m_controller.lastDisconnectError(), text("The VPN service refused the login."));
 }
 
+TEST_F(Controller, knowsTheNodeThatItsConfigurationLeadsTo)
+{
+    EXPECT_EQ(m_controller.configuredNode(), std::nullopt);
+    run(connect());
+    EXPECT_EQ(m_controller.configuredNode(), m_profile.node);
+    system().created.front()->protocolConfiguration->providerConfiguration[text("tunnel_profile_json")] = text("{}");
+    EXPECT_EQ(m_controller.configuredNode(), std::nullopt);
+}
+
 TEST(ProviderConfiguration, hasFourKeysWithoutAnAccessGroup)
 {
     const auto profile = decode<TunnelProfile>(tunnelProfileJSON);

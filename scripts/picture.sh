@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Takes the picture in the README anew: the demo in a real terminal on a virtual display.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+. scripts/build.sh
+
+install_packages "${build_packages[@]}" xvfb xterm imagemagick x11-utils fonts-dejavu-core
+build release tarnwikctl
+
+world=$(mktemp -d)
+trap 'kill "$terminal" "$display" 2>/dev/null || true; rm -rf "$world"' EXIT
+cat >"$world/job" <<END
+export PATH=$PWD/build/release/src/cli:\$PATH XDG_DATA_HOME=$world/data
+show() { printf '\n\033[1;34m\$\033[0m %s\n' "\$*"; "\$@"; }
+printf '\033[1;34m\$\033[0m tarnwikctl --demo sign-in --email demo@tarnwik.example\nPassword: \n'
+echo demo | tarnwikctl --demo sign-in --email demo@tarnwik.example
+show tarnwikctl --demo nodes
+show tarnwikctl --demo connect --node Rotterdam\ 1
+sleep 3
+show tarnwikctl --demo status
+show tarnwikctl --demo disconnect
+touch $world/done
+sleep 60
+END
+
+Xvfb :97 -screen 0 1400x1200x24 >/dev/null 2>&1 &
+display=$!
+sleep 1
+DISPLAY=:97 xterm -geometry 78x27 -fa 'DejaVu Sans Mono' -fs 13 -bg '#1E1E20' -fg '#E6E6EA' -b 16 +sb \
+  -T tarnwikctl -e bash "$world/job" &
+terminal=$!
+for _ in {1..300}; do
+  [ ! -e "$world/done" ] || break
+  sleep 0.1
+done
+sleep 0.5
+mkdir -p docs/pictures
+DISPLAY=:97 import -window tarnwikctl docs/pictures/terminal.png
+echo "docs/pictures/terminal.png"
