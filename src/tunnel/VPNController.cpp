@@ -22,7 +22,7 @@ VPNController::VPNController(QString providerBundleIdentifier, std::optional<QSt
 
 QString VPNController::statusLabel() const
 {
-    switch (m_status) {
+    switch (status()) {
     case VPNStatus::Invalid:
         return QStringLiteral("Not configured");
     case VPNStatus::Disconnected:
@@ -40,7 +40,7 @@ QString VPNController::statusLabel() const
 
 VPNActionState VPNController::actionState() const
 {
-    switch (m_status) {
+    switch (status()) {
     case VPNStatus::Invalid:
     case VPNStatus::Disconnected:
         return VPNActionState::CanConnect;

@@ -45,6 +45,19 @@ TEST_F(HTTPSessionTest, sendsAnEmptyBearerTokenAsItStands)
         << m_server.requests().at(0).bytes.toStdString();
 }
 
+TEST_F(HTTPSessionTest, sendsNoHeaderWhoseValueWouldBeginAnother)
+{
+    for (const QByteArray &value : {QByteArray("a\r\nX-Evil: 1"), QByteArray("a\nX-Evil: 1"), QByteArray("a\0b", 3)}) {
+        m_server.enqueue(ScriptedReply::http(401));
+        auto message = request();
+        message.headers = {{"Authorization", value}, {"Accept", "application/json"}};
+        EXPECT_EQ(send(message).statusCode, 401);
+        EXPECT_FALSE(m_server.requests().back().bytes.contains("Evil"));
+        EXPECT_FALSE(m_server.requests().back().header("Authorization"));
+        EXPECT_EQ(m_server.requests().back().header("Accept"), "application/json");
+    }
+}
+
 TEST_F(HTTPSessionTest, saysWhoItIsAndNothingElse)
 {
     m_server.enqueue(ScriptedReply::http(200));

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace tarnwik {
 
@@ -36,6 +37,12 @@ QUrl sendableURL(const URL &url)
     if (result.scheme() == u"http" && !isLoopback(result))
         throw URLError(URLError::AppTransportSecurityRequiresSecureConnection);
     return result;
+}
+
+bool isHeaderValue(const QByteArray &value)
+{
+    constexpr std::string_view breaks("\r\n\0", 3);
+    return std::none_of(value.begin(), value.end(), [&](char c) { return breaks.find(c) != std::string_view::npos; });
 }
 
 std::optional<QUrl> redirectTarget(const QUrl &url, int statusCode, const QByteArray &location)

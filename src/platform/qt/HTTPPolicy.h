@@ -16,6 +16,10 @@ bool isLoopback(const QUrl &url);
 /// a host, AppTransportSecurityRequiresSecureConnection for clear text that would leave the machine.
 QUrl sendableURL(const URL &url);
 
+/// Whether \a value is one header's value and no more: a line break would begin another header. A header of any other
+/// value is not sent, so that a server's odd token ends in that server's refusal.
+bool isHeaderValue(const QByteArray &value);
+
 /// Where a request to \a url is sent next after an answer of \a statusCode that points to \a location, or nothing if
 /// the answer is no redirect, or leads to another origin: what a request carries is for its own origin only.
 std::optional<QUrl> redirectTarget(const QUrl &url, int statusCode, const QByteArray &location);

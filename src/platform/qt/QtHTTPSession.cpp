@@ -67,8 +67,10 @@ std::unique_ptr<QNetworkReply> QtHTTPSession::Network::send(const HTTPRequest &r
     message.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
     // HTTP/2 would gain nothing for a handful of small answers, and would write the headers' names in its own way.
     message.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    for (const auto &[name, value] : request.headers)
-        message.setRawHeader(name, value);
+    for (const auto &[name, value] : request.headers) {
+        if (isHeaderValue(value))
+            message.setRawHeader(name, value);
+    }
     if (!hasHeader(request, "User-Agent"))
         message.setRawHeader("User-Agent", "Tarnwik/" TARNWIK_VERSION);
 
