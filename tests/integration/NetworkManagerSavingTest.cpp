@@ -81,7 +81,7 @@ TEST_F(NetworkManagerSaving, everyTextSurvivesSavingReloadingAndARestart)
         QString(QStringLiteral("{\"a\":\"quotes ' \\\" \\\\ = ; # [x]\",\n\t\"b\":\"") + QString::fromUtf8("ü🐧")
                 + QStringLiteral("\"}\n"));
     items[QStringLiteral("keychain_access_group")] = QString();
-    items[QStringLiteral("long")] = QString(64 * 1024, u'x');
+    items[QStringLiteral("long")] = QString(65536, u'x');
     items[QStringLiteral("metadata_only")] = false;
     items[QStringLiteral("text")] = QStringLiteral("true");
     const auto protocol = configuration->protocolConfiguration;
