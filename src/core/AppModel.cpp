@@ -4,6 +4,7 @@
 #include "async/OwnerGuard.h"
 #include "core/AppRuntime.h"
 #include "core/Platform.h"
+#include "platform/HTTPSession.h"
 #include "platform/PlatformServices.h"
 #include "platform/UserDefaults.h"
 
@@ -22,19 +23,24 @@ UserDefaults &userDefaults()
     return *PlatformServices::current().userDefaults;
 }
 
-/// How the user is told of a failure; nothing for one that is no news: the stop that the user asked for.
-std::optional<QString> userVisibleText(const std::exception_ptr &failure)
+/// How the user is told of a failure; nothing for one that is no news: the end of an operation that was stopped.
+std::optional<QString> userVisibleText(const std::exception_ptr &failure, const std::stop_token &token)
 {
     try {
         std::rethrow_exception(failure);
     } catch (const APIErrorEnvelope &envelope) {
         return QString(envelope.error).replace(u'_', u' ');
+    } catch (const URLError &error) {
+        const bool isNoNews = error.code() == URLError::Cancelled && token.stop_requested();
+        return isNoNews ? std::nullopt : std::optional(error.localizedDescription());
     } catch (const LocalizedError &error) {
         return error.localizedDescription();
     } catch (const async::Cancelled &) {
         return std::nullopt;
     } catch (const std::exception &error) {
         return QString::fromUtf8(error.what());
+    } catch (...) {
+        return QStringLiteral("The operation couldn’t be completed.");
     }
 }
 
@@ -81,9 +87,8 @@ Task<> AppModel::runLoading(std::function<Task<>()> operation, std::stop_token t
     }
     if (!guard.isAlive())
         co_return;
-    // Whoever pulled the token knows that the operation ended.
-    if (failure && !token.stop_requested()) {
-        if (const auto text = userVisibleText(failure))
+    if (failure) {
+        if (const auto text = userVisibleText(failure, token))
             m_errorMessage = text;
     }
     m_isLoading = false;
@@ -110,6 +115,7 @@ Task<> AppModel::performSignIn(QString email, QString password, std::stop_token 
     userDefaults().setString(m_serverURLString, serverURLKey);
     userDefaults().setString(session.token, authTokenKey);
     co_await refresh(token);
+    guard.check();
     startUsageRefreshLoop();
 }
 
@@ -177,7 +183,8 @@ Task<> AppModel::performSignOut(std::stop_token token)
         defaultsFailure = std::current_exception();
     }
     try {
-        co_await m_vpnController->disconnect(token);
+        // Without the token: whoever stops waiting for the sign-out still wants the tunnel down.
+        co_await m_vpnController->disconnect();
     } catch (...) {
         // A tunnel that cannot be stopped does not keep anybody signed in.
     }

@@ -7,6 +7,7 @@
 #include "tunnel/VPNController.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QProperty>
 
 #include <functional>
@@ -78,6 +79,7 @@ public:
     /// What went wrong in the last operation of the screens.
     std::optional<QString> errorMessage() const { return m_errorMessage; }
 
+    /// The tunnel's controller, which lives as long as the model.
     VPNController *vpnController() const { return m_vpnController.get(); }
 
     /// Signs in at serverURLString() with e-mail address and password as typed, then refreshes and starts the loop.
@@ -95,6 +97,7 @@ public:
     /// Connects through the selected node with this computer's device, which is registered when there is none.
     Task<> connect(std::stop_token token = {});
 
+    /// Stops the tunnel; all else stays.
     Task<> disconnect(std::stop_token token = {});
 
     /// Fetches the account every 20 seconds from now on, silently, while signed in. One loop runs at the most.

@@ -40,6 +40,7 @@ URL AppRuntime::defaultServerURL()
         return *url;
     const auto builtIn = URL::fromString(builtInServerURL);
     if (!builtIn)
+        // The platform's own words for a value that must be there.
         qFatal("Unexpectedly found nil while unwrapping an Optional value");
     return *builtIn;
 }

@@ -135,13 +135,18 @@ std::optional<QByteArray> encodedAuthority(const QByteArray &authority)
     return result + *host + hostAndPort.mid(portStart);
 }
 
+/// How long the scheme is: a colon before any other delimiter ends it. One that leads the text is part of the path.
+qsizetype schemeLength(const QByteArray &text)
+{
+    const auto end = indexOfAny(text, ":/?#");
+    return end < text.size() && text[end] == ':' ? end : 0;
+}
+
 /// Where a URL's path begins: behind scheme and authority.
 qsizetype pathStart(const QByteArray &text)
 {
-    qsizetype start = 0;
-    const auto schemeEnd = indexOfAny(text, ":/?#");
-    if (schemeEnd > 0 && schemeEnd < text.size() && text[schemeEnd] == ':')
-        start = schemeEnd + 1;
+    const auto scheme = schemeLength(text);
+    auto start = scheme > 0 ? scheme + 1 : 0;
     if (text.mid(start, 2) == "//")
         start = indexOfAny(text, "/?#", start + 2);
     return start;
@@ -157,18 +162,17 @@ bool isScheme(const QByteArray &text)
 
 std::optional<URL> URL::fromString(const QString &text)
 {
-    const QByteArray bytes = text.toUtf8();
-    if (bytes.isEmpty())
+    // Half a character has no UTF-8: what it would turn into is another URL.
+    if (text.isEmpty() || !text.isValidUtf16())
         return std::nullopt;
+    const QByteArray bytes = text.toUtf8();
 
     QByteArray result;
     qsizetype position = 0;
-    // A colon before any other delimiter ends a scheme; one that leads the text is part of the path.
-    const auto schemeEnd = indexOfAny(bytes, ":/?#");
-    if (schemeEnd > 0 && schemeEnd < bytes.size() && bytes[schemeEnd] == ':') {
-        if (!isScheme(bytes.left(schemeEnd)))
+    if (const auto scheme = schemeLength(bytes); scheme > 0) {
+        if (!isScheme(bytes.left(scheme)))
             return std::nullopt;
-        position = schemeEnd + 1;
+        position = scheme + 1;
         result = bytes.left(position);
     }
     if (bytes.mid(position, 2) == "//") {

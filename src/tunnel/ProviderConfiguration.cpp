@@ -10,6 +10,8 @@ namespace {
 
 const QString profileKey = QStringLiteral("tunnel_profile_json");
 
+/// The profile as text. What cannot be read back as text would be no JSON to the provider either: it gets an empty
+/// object then, which it can tell from a profile.
 QString jsonText(const TunnelProfile &profile)
 {
     QStringDecoder decoder(QStringDecoder::Utf8);

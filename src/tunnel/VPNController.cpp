@@ -75,7 +75,9 @@ Task<> VPNController::connect(TunnelProfile profile, QString privateKeyReference
     manager->localizedDescription = m_tunnelDescription;
     manager->isEnabled = true;
     co_await async::abandonable(manager->saveToPreferences(), token, manager);
+    guard.check();
     co_await async::abandonable(manager->loadFromPreferences(), token, manager);
+    guard.check();
     co_await async::abandonable(manager->startVPNTunnel(), token, manager);
     guard.check();
     takeStatus();

@@ -187,6 +187,14 @@ TEST_F(HTTPSessionTest, readsChunkedBodiesAndThoseThatEndWithTheConnection)
     EXPECT_EQ(send(request()).body, "abcde");
 }
 
+TEST_F(HTTPSessionTest, givesUpOnAnAnswerThatDoesNotEnd)
+{
+    // Chunk after chunk: 64 MiB and a bit, and the server would go on.
+    const QByteArray chunk = "100000\r\n" + QByteArray(0x100000, 'x') + "\r\n";
+    m_server.enqueue({.parts = {"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + chunk.repeated(66)}});
+    EXPECT_EQ(failureOf(request()), URLError::CannotParseResponse);
+}
+
 TEST_F(HTTPSessionTest, keepsNoCookies)
 {
     m_server.enqueue(ScriptedReply::http(200, "1", "Set-Cookie: a=b; Path=/\r\n"));

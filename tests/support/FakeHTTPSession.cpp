@@ -39,14 +39,11 @@ Task<URLResponse> FakeHTTPSession::data(HTTPRequest request, std::stop_token tok
     exchanges.push_back(exchange);
     if (handler)
         handler(*exchange);
-    bool isCancelled = false;
     try {
-        co_await exchange->m_gate.wait(token);
+        co_await exchange->m_gate.wait(endsWhenStopped ? token : std::stop_token());
     } catch (const async::Cancelled &) {
-        isCancelled = true;
-    }
-    if (isCancelled)
         throw URLError(URLError::Cancelled);
+    }
     if (const auto *code = std::get_if<URLError::Code>(&*exchange->m_outcome))
         throw URLError(*code);
     co_return std::get<URLResponse>(*exchange->m_outcome);

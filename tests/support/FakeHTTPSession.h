@@ -49,6 +49,8 @@ public:
 
     /// Called for every exchange as it starts; it may answer or leave it waiting.
     Handler handler;
+    /// Whether a pulled token ends an exchange at once, as it should. If not, the test ends it.
+    bool endsWhenStopped = true;
     /// Every exchange so far.
     std::vector<std::shared_ptr<Exchange>> exchanges;
 

@@ -189,7 +189,13 @@ TEST_F(APIClient, tellsTheStatusWhenTheBodyIsNoErrorBody)
         }
     }
     answer(302);
-    EXPECT_THROW(run(client().nodes()), TarnwikClientError);
+    try {
+        run(client().nodes());
+        FAIL();
+    } catch (const TarnwikClientError &error) {
+        EXPECT_EQ(error.statusCode(), 302);
+        EXPECT_EQ(error.localizedDescription(), text("Server returned HTTP 302."));
+    }
 }
 
 TEST_F(APIClient, rejectsAnAnswerThatIsNotHTTP)

@@ -108,6 +108,19 @@ TEST_F(Connect, showsANewDeviceBeforeAnyRefresh)
     EXPECT_TRUE(m_platform.tunnelManager->operations.isEmpty());
 }
 
+TEST_F(Connect, appendsANewDeviceToTheOthers)
+{
+    setDevices({device(1, "macos")});
+    m_answers.remove(profilesOf(42));
+    Running running(m_model.connect());
+    ASSERT_TRUE(spinUntil([&] { return m_platform.httpSession->isWaiting(profilesOf(42)); }));
+    ASSERT_EQ(m_model.devices().size(), 2);
+    EXPECT_EQ(m_model.devices()[0].id, 1);
+    EXPECT_EQ(m_model.devices()[1].id, 42);
+    m_platform.httpSession->waiting(profilesOf(42)).answer(503);
+    running.result();
+}
+
 TEST_F(Connect, usesTheDeviceWhoseKeyIsHere)
 {
     setDevices({device(1, "macos")});
@@ -259,6 +272,22 @@ TEST_F(Connect, mayRunTwiceAtOnceAndRegistersTwoDevices)
     first.result();
     second.result();
     EXPECT_EQ(requests().count(m_postDevice), 2);
+}
+
+TEST_F(Connect, goesOnThroughASignOutInItsMiddle)
+{
+    setDevices({});
+    m_answers.remove(profilesOf(42));
+    Running connecting(m_model.connect());
+    ASSERT_TRUE(spinUntil([&] { return m_platform.httpSession->isWaiting(profilesOf(42)); }));
+    run(m_model.signOut());
+    EXPECT_FALSE(m_model.isSignedIn());
+    // Nothing orders the two: the server, which has ended the session, is what stops the connect.
+    m_platform.httpSession->waiting(profilesOf(42)).answer(401, R"({"error":"unauthorized"})");
+    connecting.result();
+    EXPECT_EQ(m_model.errorMessage(), text("unauthorized"));
+    EXPECT_FALSE(m_platform.tunnelManager->operations.contains(text("start")));
+    EXPECT_FALSE(m_model.isLoading());
 }
 
 TEST_F(Connect, endsWithoutAMessageWhenStopped)

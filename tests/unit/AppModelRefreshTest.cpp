@@ -81,6 +81,51 @@ TEST_F(Refresh, changesNothingWhenTheAccountFails)
     EXPECT_TRUE(model.isSignedIn()) << "a rejected token does not sign anybody out";
 }
 
+TEST_F(Refresh, keepsWhatWasThereBehindTheRequestThatFails)
+{
+    AppModel model;
+    m_answers[m_getDevices] = {200, devices({device(1, "macos")})};
+    run(model.refresh());
+    const auto nodesBefore = model.nodes();
+    const auto devicesBefore = model.devices();
+
+    m_answers[m_getAccount] = {200, accountWithUsage(111)};
+    m_answers[m_getNodes] = {503, {}};
+    m_answers[m_getDevices] = {200, devices({})};
+    EXPECT_THROW(run(model.refresh()), TarnwikClientError);
+    EXPECT_EQ(model.account()->usedBytes, 111);
+    EXPECT_EQ(model.nodes(), nodesBefore);
+    EXPECT_EQ(model.devices(), devicesBefore);
+
+    m_answers[m_getNodes] = {200, nodes({7})};
+    m_answers[m_getDevices] = {500, {}};
+    EXPECT_THROW(run(model.refresh()), TarnwikClientError);
+    EXPECT_EQ(model.nodes().first().id, 7);
+    EXPECT_EQ(model.devices(), devicesBefore);
+
+    const auto accountBefore = model.account();
+    m_answers[m_getAccount] = {500, {}};
+    EXPECT_THROW(run(model.refresh()), TarnwikClientError);
+    EXPECT_EQ(model.account(), accountBefore);
+    EXPECT_EQ(model.nodes().first().id, 7);
+    EXPECT_EQ(model.devices(), devicesBefore);
+}
+
+TEST_F(Refresh, awaitsTheDevicesThatItStopped)
+{
+    AppModel model;
+    m_answers.remove(m_getDevices);
+    m_answers[m_getNodes] = {503, {}};
+    server().endsWhenStopped = false;
+    Running running(model.refresh());
+    ASSERT_TRUE(
+        spinUntil([&] { return server().exchanges.size() == 3 && server().exchanges.back()->token.stop_requested(); }));
+    settleEvents();
+    EXPECT_FALSE(running.hasEnded());
+    server().exchanges.back()->fail(URLError::Cancelled);
+    EXPECT_THROW(running.result(), TarnwikClientError);
+}
+
 TEST_F(Refresh, stopsAndAwaitsTheDevicesWhenTheNodesFail)
 {
     AppModel model;

@@ -65,6 +65,34 @@ TEST_F(Start, takesTheDefaultServerFromTheDictionary)
     EXPECT_EQ(AppModel().serverURLString(), text("https://d.example"));
 }
 
+TEST_F(Start, usesWhatItIsGiven)
+{
+    const auto otherSession = std::make_shared<FakeHTTPSession>();
+    auto controller = std::make_unique<VPNController>(text("org.other.tunnel"), text("OTHER.group"));
+    VPNController *given = controller.get();
+    AppModel model(TarnwikAPIClient(*URL::fromString(text("https://given.example")), {}, otherSession),
+                   KeychainStore(text("Other"), text("OTHER.group")), std::move(controller));
+    EXPECT_EQ(model.vpnController(), given);
+    Running refresh(model.refreshAccount());
+    ASSERT_EQ(otherSession->exchanges.size(), 1U);
+    // The server comes from the defaults, the HTTP session from the client that was given.
+    EXPECT_EQ(otherSession->exchanges[0]->request.url.absoluteString(),
+              text("https://api.tarnwik.example/api/customer/v1/session"));
+    otherSession->exchanges[0]->answer(200, sampleJSON<AccountResponse>());
+    refresh.result();
+}
+
+TEST_F(Start, makesAControllerOfTheDeploymentsSettings)
+{
+    m_platform.informationDictionary->objects = {{text("TarnwikTunnelBundleIdentifier"), text("org.example.tunnel")},
+                                                 {text("TarnwikKeychainAccessGroup"), text("TEAM.group")}};
+    const AppModel model;
+    run(model.vpnController()->connect(decode<TunnelProfile>(tunnelProfileJSON), text("key")));
+    const auto &protocol = m_platform.tunnelManager->created.front()->protocolConfiguration;
+    EXPECT_EQ(protocol->providerBundleIdentifier, text("org.example.tunnel"));
+    EXPECT_EQ(protocol->providerConfiguration[text("keychain_access_group")], text("TEAM.group"));
+}
+
 TEST_F(SignIn, takesSessionThenDefaultsThenRefreshesThenLoops)
 {
     AppModel model;
@@ -85,6 +113,21 @@ TEST_F(SignIn, takesSessionThenDefaultsThenRefreshesThenLoops)
     EXPECT_FALSE(model.isLoading());
     EXPECT_EQ(model.errorMessage(), std::nullopt);
     EXPECT_EQ(m_platform.clock->nextDelay(), std::chrono::seconds(20));
+}
+
+TEST_F(SignIn, storesTheServerAsItIsThenAndKeepsToTheOneItSignedInAt)
+{
+    AppModel model;
+    model.setServerURLString(text("https://first.example"));
+    m_answers.remove(m_postSession);
+    Running running(model.signIn(text("e"), text("p")));
+    model.setServerURLString(text("https://edited.example"));
+    m_platform.httpSession->waiting(m_postSession).answer(200, sampleJSON<SessionResponse>());
+    running.result();
+    EXPECT_EQ(m_platform.userDefaults->writes,
+              QStringList({text("set TarnwikServerURL"), text("set TarnwikAuthToken")}));
+    EXPECT_EQ(m_platform.userDefaults->strings[text("TarnwikServerURL")], text("https://edited.example"));
+    EXPECT_EQ(lastURL(), text("https://first.example/api/customer/v1/devices"));
 }
 
 TEST_F(SignIn, sendsNoToken)
@@ -246,6 +289,52 @@ TEST_F(SignOut, stopsTheTunnelAndTellsWhenTheTokenCannotBeForgotten)
     run(model.signOut());
     EXPECT_FALSE(model.isSignedIn());
     EXPECT_TRUE(m_platform.tunnelManager->operations.contains(text("stop")));
+    EXPECT_EQ(model.errorMessage(), text("The settings cannot be written."));
+}
+
+TEST_F(SignOut, stopsTheLoopFirstAndWaitsForTheTunnelLast)
+{
+    storeSession();
+    AppModel model;
+    model.startUsageRefreshLoop();
+    m_answers.remove(m_deleteSession);
+    m_platform.tunnelManager->held = QStringList{text("stop")};
+    Running running(model.signOut());
+    settleEvents();
+    EXPECT_EQ(m_platform.clock->pendingCount(), 0) << "the loop still ran while the server was told";
+    m_platform.httpSession->waiting(m_deleteSession).answer(204);
+    ASSERT_TRUE(spinUntil([&] { return m_platform.tunnelManager->operations.contains(text("stop")); }));
+    EXPECT_FALSE(model.isSignedIn());
+    EXPECT_FALSE(m_platform.userDefaults->strings.contains(text("TarnwikAuthToken")));
+    EXPECT_FALSE(running.hasEnded());
+    m_platform.tunnelManager->release();
+    running.result();
+}
+
+TEST_F(SignOut, stopsTheTunnelEvenWhenItIsStoppedItself)
+{
+    storeSession();
+    AppModel model;
+    std::stop_source stop;
+    m_answers.remove(m_deleteSession);
+    Running running(model.signOut(stop.get_token()));
+    stop.request_stop();
+    running.result();
+    EXPECT_FALSE(model.isSignedIn());
+    EXPECT_TRUE(m_platform.tunnelManager->operations.contains(text("stop")));
+    EXPECT_EQ(model.errorMessage(), std::nullopt);
+}
+
+TEST_F(SignOut, tellsOfATokenThatStaysOnTheDiskEvenWhenItIsStopped)
+{
+    storeSession();
+    AppModel model;
+    m_platform.userDefaults->isWritable = false;
+    std::stop_source stop;
+    m_answers.remove(m_deleteSession);
+    Running running(model.signOut(stop.get_token()));
+    stop.request_stop();
+    running.result();
     EXPECT_EQ(model.errorMessage(), text("The settings cannot be written."));
 }
 

@@ -143,6 +143,39 @@ TEST_F(UsageLoop, endsWithTheSession)
     EXPECT_EQ(m_platform.clock->pendingCount(), 0);
 }
 
+TEST_F(UsageLoop, endsItselfWhenItOutlivedItsSession)
+{
+    m_answers.remove(m_deleteSession);
+    Running signOut(m_model->signOut());
+    // Started after the sign-out stopped the loop, and before the session ended.
+    m_model->startUsageRefreshLoop();
+    m_platform.httpSession->waiting(m_deleteSession).answer(204);
+    signOut.result();
+    forgetRequests();
+    EXPECT_EQ(m_platform.clock->pendingCount(), 1);
+    pass(20s);
+    EXPECT_EQ(fetches(), 0);
+    EXPECT_EQ(m_platform.clock->pendingCount(), 0);
+    run(m_model->signIn(text("e"), text("p")));
+    EXPECT_EQ(m_platform.clock->pendingCount(), 1) << "the ended loop was taken for a running one";
+}
+
+TEST_F(UsageLoop, neverTouchesTheLoadingOfARefresh)
+{
+    m_model->startUsageRefreshLoop();
+    m_answers.remove(m_getNodes);
+    Running refresh(m_model->refreshFromUI());
+    ASSERT_TRUE(spinUntil([&] { return m_platform.httpSession->isWaiting(m_getNodes); }));
+    m_answers[m_getAccount] = {500, {}};
+    pass(20s);
+    EXPECT_EQ(requests().count(m_getAccount), 2);
+    EXPECT_TRUE(m_model->isLoading());
+    EXPECT_EQ(m_model->errorMessage(), std::nullopt);
+    m_platform.httpSession->waiting(m_getNodes).answer(200, nodes({1}));
+    refresh.result();
+    EXPECT_FALSE(m_model->isLoading());
+}
+
 TEST_F(UsageLoop, endsWithTheModel)
 {
     m_model->startUsageRefreshLoop();

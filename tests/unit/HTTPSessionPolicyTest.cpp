@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(
     Every, HTTPSessionSends,
     testing::Values(Sending{"https://h", 0}, Sending{"HTTPS://H/a?b", 0}, Sending{"https://h:/", 0},
                     Sending{"https://münchen.de", 0}, Sending{"http://localhost", 0},
-                    Sending{"http://LOCALHOST:80/a", 0}, Sending{"http://a.localhost", 0},
+                    Sending{"http://LOCALHOST:80/a", 0}, Sending{"http://a.localhost", -1022},
                     Sending{"http://127.0.0.1", 0}, Sending{"http://127.255.1.2", 0}, Sending{"http://[::1]:8080/", 0},
                     // Clear text that would leave the machine.
                     Sending{"http://h", -1022}, Sending{"HTTP://h", -1022}, Sending{"http://localhost.example", -1022},

@@ -117,6 +117,12 @@ INSTANTIATE_TEST_SUITE_P(
         Appending{"https://h#f/x?y", "v1", "https://h/v1#f/x?y"},
         Appending{"http://[::1]:80", "v1", "http://[::1]:80/v1"}));
 
+TEST(URL, isNoneWithHalfACharacter)
+{
+    EXPECT_EQ(URL::fromString(QStringLiteral("https://h") + QChar(0xD800) + QStringLiteral("x")), std::nullopt);
+    EXPECT_EQ(URL::fromString(QString(QChar(0xDC00))), std::nullopt);
+}
+
 TEST(URL, isEqualWhereItsTextIs)
 {
     const auto url = URL::fromString(QStringLiteral("https://h/a"));

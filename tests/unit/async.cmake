@@ -1,3 +1,3 @@
 tarnwik_test(async_test
-  SOURCES AsyncChildTest.cpp AsyncClockTest.cpp AsyncDetachTest.cpp GateTest.cpp
+  SOURCES AsyncAbandonableTest.cpp AsyncChildTest.cpp AsyncClockTest.cpp AsyncDetachTest.cpp GateTest.cpp
   LINK tarnwik_async)

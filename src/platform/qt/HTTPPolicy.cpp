@@ -25,7 +25,7 @@ bool haveSameOrigin(const QUrl &a, const QUrl &b)
 bool isLoopback(const QUrl &url)
 {
     const QString host = url.host();
-    return host == u"localhost" || host.endsWith(u".localhost") || QHostAddress(host).isLoopback();
+    return host == u"localhost" || QHostAddress(host).isLoopback();
 }
 
 QUrl sendableURL(const URL &url)

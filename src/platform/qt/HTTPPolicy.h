@@ -8,8 +8,8 @@
 
 namespace tarnwik {
 
-/// Whether \a url lies on this very machine, so that clear text towards it crosses no network: "localhost", a name
-/// below it, 127.0.0.0/8 or ::1.
+/// Whether \a url lies on this very machine, so that clear text towards it crosses no network: "localhost", 127.0.0.0/8
+/// or ::1. Not the names below "localhost": many machines ask the network for these.
 bool isLoopback(const QUrl &url);
 
 /// \a url as something that HTTP can be sent to. Throws URLError: UnsupportedURL for what is no http or https URL with

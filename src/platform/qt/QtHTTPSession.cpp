@@ -19,6 +19,9 @@ namespace {
 
 constexpr int maximumRedirects = 20;
 
+/// No answer of a service comes near it; one that never ends would take all memory.
+constexpr qint64 largestAnswer = 64LL * 1024 * 1024;
+
 QSslConfiguration sslConfiguration(const QList<QSslCertificate> &authorities)
 {
     auto configuration = QSslConfiguration::defaultConfiguration();
@@ -116,12 +119,18 @@ Task<URLResponse> QtHTTPSession::exchange(std::shared_ptr<Network> network, HTTP
         QObject::connect(reply.get(), &QNetworkReply::metaDataChanged, &stallTimer, &StallTimer::touch);
         QObject::connect(reply.get(), &QNetworkReply::readyRead, &stallTimer, &StallTimer::touch);
         QObject::connect(reply.get(), &QNetworkReply::finished, &gate, [&gate] { gate.open(); });
+        QObject::connect(reply.get(), &QNetworkReply::readyRead, &gate, [&] {
+            if (reply->bytesAvailable() > largestAnswer)
+                gate.open();
+        });
 
         try {
             co_await gate.wait(token);
         } catch (const async::Cancelled &) {
             throw URLError(URLError::Cancelled);
         }
+        if (reply->bytesAvailable() > largestAnswer)
+            throw URLError(URLError::CannotParseResponse);
         if (!reply->isFinished())
             throw URLError(URLError::TimedOut);
         if (const auto error = transportError(*reply, sslErrors))
