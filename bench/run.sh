@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 . scripts/packages.sh
 . scripts/build.sh
 
-install_packages "${build_packages[@]}" "${test_packages[@]}" "${bench_packages[@]}"
+install_packages "${build_packages[@]}" "${test_packages[@]}"
 build bench tarnwik_bench tarnwikctl tarnwik-service
 
 build/bench/bench/tarnwik_bench --benchmark_repetitions=9 --benchmark_report_aggregates_only=true 2>/dev/null |

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks the source without running it: formatting, and clang-tidy with every warning an error.
 #
-# usage: lint.sh [FILE...]    only these source files
+# usage: lint.sh [FILE...]    only these source files, named from the project's folder
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -17,17 +17,19 @@ else
   mapfile -t sources < <(git ls-files -co --exclude-standard 'src/*.cpp' 'tests/*.cpp' 'bench/*.cpp')
 fi
 mapfile -t headers < <(git ls-files -co --exclude-standard 'src/*.h' 'tests/*.h')
+for source in "${sources[@]}"; do
+  grep -qF "$PWD/$source\"" build/debug/compile_commands.json || { echo "Nothing compiles $source." >&2; exit 1; }
+done
 
 echo "Checking the formatting…"
 clang-format-19 --dry-run -Werror "${sources[@]}" "${headers[@]}"
 
 echo "Checking the code (clang-tidy)…"
-compiled=()
-for source in "${sources[@]}"; do
-  grep -qF "$PWD/$source\"" build/debug/compile_commands.json && compiled+=("$source")
-done
-printf '%s\0' "${compiled[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy-19 -p build/debug --quiet
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+printf '%s\0' "${sources[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy-19 -p build/debug --quiet >"$log" 2>&1 ||
+  { grep -vE 'warnings? generated|Processing file' "$log" >&2; exit 1; }
 
 echo "Checking the scripts…"
-git ls-files -co --exclude-standard '*.sh' '.ci/run' | xargs -n 1 bash -n
+git ls-files -coz --exclude-standard '*.sh' '.ci/run' | xargs -0 -n 1 bash -n
 echo "Nothing to complain about."

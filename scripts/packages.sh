@@ -2,23 +2,23 @@
 
 # What it takes to build and run the programs.
 build_packages=(
-  clang-19 lld-19 libclang-rt-19-dev cmake ninja-build pkg-config
+  clang-19 lld-19 libclang-rt-19-dev cmake ninja-build pkg-config ca-certificates
   qt6-base-dev qcoro-qt6-dev
   libsimdjson-dev libsodium-dev libsecret-1-dev libcpp-httplib-dev libsqlite3-dev libssl-dev
 )
 
 # What the tests add: the test frameworks, and the real daemons that the integration tests run against.
 test_packages=(
-  libgtest-dev libgmock-dev curl openssl python3 python3-gi gir1.2-glib-2.0 gir1.2-gcr-3
+  libgtest-dev libgmock-dev libbenchmark-dev curl python3 python3-gi gir1.2-glib-2.0 gir1.2-gcr-3
   dbus dbus-bin gnome-keyring libsecret-tools network-manager
   wireguard-go wireguard-tools iproute2 iputils-ping util-linux
 )
 
 # What the checks on the source add.
-lint_packages=(clang-format-19 clang-tidy-19)
+lint_packages=(clang-format-19 clang-tidy-19 git)
 
-# What the measurements add.
-bench_packages=(libbenchmark-dev)
+# What the picture in the README is taken with.
+picture_packages=(xvfb xterm imagemagick fonts-dejavu-core)
 
 # install_packages NAME...: installs those that are missing, and touches neither apt nor the network when none is.
 install_packages() {
@@ -35,17 +35,18 @@ install_packages() {
   fi
   echo "Installing: ${missing[*]}" >&2
 
-  # A test machine must not have its own network taken over by the daemon that the tests run in namespaces.
-  local policy=/usr/sbin/policy-rc.d held=
-  if [ ! -e "$policy" ] && [[ " ${missing[*]} " == *" network-manager "* ]]; then
-    printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee "$policy" >/dev/null
-    "${as_root[@]}" chmod 755 "$policy"
-    held=1
-  fi
-  local result=0
-  "${as_root[@]}" apt-get update -q >&2 &&
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-      apt-get install -q -y --no-install-recommends "${missing[@]}" >&2 || result=$?
-  [ -z "$held" ] || "${as_root[@]}" rm -f "$policy"
-  return $result
+  # In a shell of its own, whose end takes the policy back, whatever ends it: installing a daemon for the tests must not
+  # start it on the machine's own network.
+  (
+    policy=/usr/sbin/policy-rc.d
+    if [ ! -e "$policy" ] && [[ " ${missing[*]} " == *" network-manager "* ]]; then
+      trap '"${as_root[@]}" rm -f "$policy"' EXIT
+      trap 'exit 143' INT TERM HUP
+      printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee "$policy" >/dev/null
+      "${as_root[@]}" chmod 755 "$policy"
+    fi
+    "${as_root[@]}" apt-get update -q >&2 &&
+      "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -q -y --no-install-recommends "${missing[@]}" >&2
+  )
 }

@@ -5,13 +5,14 @@ cd "$(dirname "$0")/.."
 . scripts/packages.sh
 . scripts/build.sh
 
-install_packages "${build_packages[@]}" xvfb xterm imagemagick x11-utils fonts-dejavu-core
+install_packages "${build_packages[@]}" "${picture_packages[@]}"
 build release tarnwikctl
 
 world=$(mktemp -d)
-trap 'kill "$terminal" "$display" 2>/dev/null || true; rm -rf "$world"' EXIT
+started=()
+trap 'kill "${started[@]}" 2>/dev/null || true; rm -rf "$world"' EXIT
 cat >"$world/job" <<END
-export PATH=$PWD/build/release/src/cli:\$PATH XDG_DATA_HOME=$world/data
+export PATH="$PWD/build/release/src/cli:\$PATH" XDG_DATA_HOME="$world/data"
 show() { printf '\n\033[1;34m\$\033[0m %s\n' "\$*"; "\$@"; }
 printf '\033[1;34m\$\033[0m tarnwikctl --demo sign-in --email demo@tarnwik.example\nPassword: \n'
 echo demo | tarnwikctl --demo sign-in --email demo@tarnwik.example
@@ -25,11 +26,11 @@ sleep 60
 END
 
 Xvfb :97 -screen 0 1400x1200x24 >/dev/null 2>&1 &
-display=$!
+started+=($!)
 sleep 1
 DISPLAY=:97 xterm -geometry 78x27 -fa 'DejaVu Sans Mono' -fs 13 -bg '#1E1E20' -fg '#E6E6EA' -b 16 +sb \
   -T tarnwikctl -e bash "$world/job" &
-terminal=$!
+started+=($!)
 for _ in {1..300}; do
   [ ! -e "$world/done" ] || break
   sleep 0.1
