@@ -1,5 +1,6 @@
 #include "support/EventLoop.h"
 #include "support/networkmanager/NetworkManagerFixture.h"
+#include "support/networkmanager/UnendingNetworkManager.h"
 
 namespace tarnwik {
 
@@ -85,6 +86,25 @@ TEST_F(NetworkManagerDaemonLife, aDaemonThatGoesAwayBetweenCallAndAnswerFailsThe
     control("kill");
     EXPECT_THROW(start.result(), TunnelError);
     EXPECT_EQ(configuration->status(), VPNStatus::Invalid);
+}
+
+TEST_F(NetworkManagerDaemonLife, aTunnelThatDoesNotEndFailsTheStartAndHoldsUpNoLaterOperation)
+{
+    control("stop");
+    const test::UnendingNetworkManager unending;
+    manager = makeManager(std::chrono::milliseconds(100));
+    const auto configuration = saved();
+    run(configuration->startVPNTunnel());
+    run(configuration->stopVPNTunnel());
+    ASSERT_EQ(configuration->status(), VPNStatus::Disconnecting);
+
+    const auto failure = QStringLiteral("NetworkManager does not answer.");
+    auto start = configuration->startVPNTunnel();
+    auto later = configuration->saveToPreferences();
+    EXPECT_EQ(failureOf(std::move(start)), failure);
+    EXPECT_EQ(failureOf(std::move(later)), QString());
+    EXPECT_EQ(failureOf(configuration->startVPNTunnel()), failure);
+    EXPECT_EQ(configuration->status(), VPNStatus::Disconnecting);
 }
 
 TEST_F(NetworkManagerDaemonLife, aProgramThatStartsWhileTheTunnelIsUpFindsItConnectedAndStopsIt)

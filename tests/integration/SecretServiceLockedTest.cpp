@@ -1,5 +1,8 @@
 #include "SecretServiceTest.h"
 
+#include "platform/PlatformServices.h"
+#include "secure/KeychainStore.h"
+
 #include <QCoreApplication>
 
 #include <chrono>
@@ -21,6 +24,23 @@ void killOnceAsked(const char *variable)
     }
     ::kill(static_cast<pid_t>(std::stol(std::getenv(variable))), SIGKILL);
 }
+
+// What KeychainStore::save, which deletes and then adds, fails with.
+OSStatus statusOfSaving(const SecretServiceKeychain &keychain, const char *account)
+{
+    PlatformServices services;
+    services.keychain = std::make_shared<SecretServiceKeychain>(keychain);
+    const ScopedPlatform platform(services);
+    try {
+        KeychainStore(QStringLiteral("Tarnwik"), std::nullopt).save(QStringLiteral("value"), QLatin1String(account));
+    } catch (const KeychainError &error) {
+        return error.status();
+    }
+    return errSecSuccess;
+}
+
+constexpr auto anHour = std::chrono::hours(1);
+constexpr auto noTime = std::chrono::milliseconds(0);
 
 } // namespace
 
@@ -92,11 +112,41 @@ using SecretServiceDismissing = SecretServiceTest;
 
 TEST_F(SecretServiceDismissing, everyCallIsCancelledByTheUser)
 {
+    m_keychain = SecretServiceKeychain(std::chrono::minutes(1), noTime);
+    const int before = questions();
     EXPECT_EQ(read("from-before"), errSecUserCanceled);
     EXPECT_EQ(remove("from-before"), errSecUserCanceled);
     EXPECT_EQ(add("new", "value"), errSecUserCanceled);
     EXPECT_EQ(read("not-seen"), errSecUserCanceled);
-    EXPECT_EQ(questions(), 4);
+    EXPECT_EQ(questions() - before, 4);
+}
+
+TEST_F(SecretServiceDismissing, savingAsksOnce)
+{
+    for (const char *account : {"from-before", "new"}) {
+        const int before = questions();
+        EXPECT_EQ(statusOfSaving(SecretServiceKeychain(), account), errSecUserCanceled);
+        EXPECT_EQ(questions() - before, 1);
+    }
+}
+
+TEST_F(SecretServiceDismissing, asksAgainAfterAWhile)
+{
+    const auto refusalMemory = std::chrono::milliseconds(500);
+    m_keychain = SecretServiceKeychain(std::chrono::minutes(1), refusalMemory);
+    const int before = questions();
+    EXPECT_EQ(read("from-before"), errSecUserCanceled);
+    EXPECT_EQ(read("from-before"), errSecUserCanceled);
+    EXPECT_EQ(questions() - before, 1);
+    std::this_thread::sleep_for(refusalMemory);
+    EXPECT_EQ(read("from-before"), errSecUserCanceled);
+    EXPECT_EQ(questions() - before, 2);
+}
+
+TEST_F(SecretServiceDismissing, whatNeedsNoUnlockingIsAnsweredAllTheSame)
+{
+    EXPECT_EQ(read("from-before"), errSecUserCanceled);
+    EXPECT_EQ(m_keychain.SecItemCopyMatching(query("from-before"), nullptr), errSecSuccess);
 }
 
 // A locked keyring, and a person who is out.
@@ -104,7 +154,7 @@ using SecretServiceIgnoring = SecretServiceTest;
 
 TEST_F(SecretServiceIgnoring, aCallEndsWhenTheTimeIsUp)
 {
-    m_keychain = SecretServiceKeychain(std::chrono::milliseconds(200));
+    m_keychain = SecretServiceKeychain(std::chrono::milliseconds(200), noTime);
     for (int round = 0; round < 2; ++round) {
         const auto start = steady_clock::now();
         EXPECT_EQ(read("from-before"), errSecInteractionNotAllowed);
@@ -112,6 +162,15 @@ TEST_F(SecretServiceIgnoring, aCallEndsWhenTheTimeIsUp)
         EXPECT_GE(duration, std::chrono::milliseconds(200));
         EXPECT_LT(duration, std::chrono::seconds(2));
     }
+}
+
+TEST_F(SecretServiceIgnoring, savingAsksOnceAndTakesNoLongerThanOneCall)
+{
+    const auto limit = std::chrono::seconds(1);
+    const auto start = steady_clock::now();
+    EXPECT_EQ(statusOfSaving(SecretServiceKeychain(limit, anHour), "from-before"), errSecInteractionNotAllowed);
+    EXPECT_LT(steady_clock::now() - start, 2 * limit);
+    EXPECT_EQ(questions(), 1);
 }
 
 TEST_F(SecretServiceIgnoring, aServiceThatDiesMeanwhileIsNotAvailable)
@@ -141,6 +200,18 @@ TEST_F(SecretServiceAnsweringLate, theAnswerServesTheNextCall)
     m_keychain = SecretServiceKeychain();
     EXPECT_EQ(read("from-before"), errSecSuccess);
     EXPECT_EQ(result(), "secret");
+}
+
+TEST_F(SecretServiceAnsweringLate, whatWasUnlockedMeanwhileIsUsedAtOnce)
+{
+    m_keychain = SecretServiceKeychain(std::chrono::milliseconds(200), anHour);
+    EXPECT_EQ(read("from-before"), errSecInteractionNotAllowed);
+    const auto end = steady_clock::now() + std::chrono::seconds(10);
+    while (read("from-before") == errSecInteractionNotAllowed && steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(result(), "secret");
+    EXPECT_EQ(questions(), 1);
 }
 
 } // namespace tarnwik::test

@@ -21,11 +21,13 @@ foreach(test readingAsksOnce deletingAsksOnce addingAsksOnceAndFindsTheDuplicate
 endforeach()
 tarnwik_keyring_test(SecretServiceMistyping.* --locked --prompter password:wrong --prompter password:tarnwik)
 tarnwik_keyring_test(SecretServiceDismissing.* --locked --prompter dismiss)
-foreach(test aCallEndsWhenTheTimeIsUp aServiceThatDiesMeanwhileIsNotAvailable
+foreach(test aCallEndsWhenTheTimeIsUp savingAsksOnceAndTakesNoLongerThanOneCall aServiceThatDiesMeanwhileIsNotAvailable
              aBusThatDiesMeanwhileIsNotAvailableAndEndsNothingElse)
   tarnwik_keyring_test(SecretServiceIgnoring.${test} --locked --prompter ignore)
 endforeach()
-tarnwik_keyring_test(SecretServiceAnsweringLate.* --locked --prompter late:tarnwik)
+foreach(test theAnswerServesTheNextCall whatWasUnlockedMeanwhileIsUsedAtOnce)
+  tarnwik_keyring_test(SecretServiceAnsweringLate.${test} --locked --prompter late:tarnwik)
+endforeach()
 tarnwik_keyring_test(SecretServiceEmpty.* --empty)
 tarnwik_keyring_test(SecretServiceEmptyDismissing.* --empty --prompter dismiss)
 tarnwik_keyring_test(SecretServiceEmptyCreating.* --empty --prompter password:chosen)

@@ -5,6 +5,7 @@ tarnwik_program(tarnwik_networkmanager_tests
           ${CMAKE_SOURCE_DIR}/tests/support/networkmanager/InMemoryKeychain.h
           ${CMAKE_SOURCE_DIR}/tests/support/networkmanager/NetworkManagerFixture.cpp
           ${CMAKE_SOURCE_DIR}/tests/support/networkmanager/NetworkManagerFixture.h
+          ${CMAKE_SOURCE_DIR}/tests/support/networkmanager/UnendingNetworkManager.h
   LINK tarnwik_tunnel_linux tarnwik_test_main tarnwik_test_support)
 target_include_directories(tarnwik_networkmanager_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests)
 

@@ -26,6 +26,15 @@ TEST(NetworkManagerStatus, aStateThatTheDaemonDoesNotKnowIsDisconnected)
     EXPECT_EQ(vpnStatus(static_cast<NetworkManagerActiveState>(77), true), VPNStatus::Disconnected);
 }
 
+TEST(NetworkManagerStatus, aServiceIsAtWorkFromItsStartUntilItHasStopped)
+{
+    using State = NetworkManagerServiceState;
+    for (const auto state : {State::Starting, State::Started, State::Stopping})
+        EXPECT_TRUE(isAtWork(state));
+    for (const auto state : {State::Unknown, State::Init, State::Shutdown, State::Stopped})
+        EXPECT_FALSE(isAtWork(state));
+}
+
 } // namespace
 
 } // namespace tarnwik

@@ -2,10 +2,12 @@
 
 #include "async/Detach.h"
 #include "async/Gate.h"
+#include "platform/linux/NetworkManagerErrorText.h"
 #include "platform/linux/NetworkManagerNames.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
+#include <QTimer>
 
 #include <utility>
 #include <vector>
@@ -140,11 +142,17 @@ void NetworkManagerActiveConnections::follow(Record &record, std::shared_ptr<Net
         record.rest->expect();
 }
 
-Task<> NetworkManagerActiveConnections::waitUntilEnded(QString uuid)
+Task<> NetworkManagerActiveConnections::waitUntilEnded(QString uuid, std::chrono::milliseconds limit)
 {
+    QTimer timer;
+    timer.setSingleShot(true);
+    timer.start(limit);
     while (path(uuid)) {
+        if (!timer.isActive())
+            throw notAnsweringError();
         async::Gate gate;
         QObject::connect(this, &NetworkManagerActiveConnections::changed, &gate, &async::Gate::open);
+        timer.callOnTimeout(&gate, &async::Gate::open);
         co_await gate.wait();
     }
 }

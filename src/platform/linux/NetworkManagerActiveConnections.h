@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QPointer>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -63,8 +64,8 @@ public:
     /// The daemon refused.
     void forgetExpectedEnd(const QString &path);
 
-    /// Returns once nothing of \a uuid is active.
-    Task<> waitUntilEnded(QString uuid);
+    /// Returns once nothing of \a uuid is active. Throws TunnelError when that takes longer than \a limit.
+    Task<> waitUntilEnded(QString uuid, std::chrono::milliseconds limit);
 
     /// Why the connection of \a uuid last ended, since forgetEndReason().
     std::optional<NetworkManagerEndReason> endReason(const QString &uuid) const;

@@ -16,12 +16,6 @@ namespace {
 /// NM_SETTINGS_ADD_CONNECTION2_FLAG_TO_DISK and NM_SETTINGS_UPDATE2_FLAG_TO_DISK.
 constexpr uint toDisk = 1;
 
-Task<NetworkManagerConnectionSettings> settings(const NetworkManagerDaemon &daemon, QString path)
-{
-    const auto reply = co_await daemon.call(path, connectionInterface, QStringLiteral("GetSettings"));
-    co_return qdbus_cast<NetworkManagerConnectionSettings>(reply.arguments().value(0));
-}
-
 TunnelError notSaved()
 {
     return TunnelError(QStringLiteral("The VPN configuration is not among the system's network settings."));
@@ -132,7 +126,7 @@ Task<> NetworkManagerConfiguration::add(NetworkManagerTunnelFields fields)
 
 Task<> NetworkManagerConfiguration::update(QString path, NetworkManagerTunnelFields fields)
 {
-    const auto before = co_await settings(m_session->daemon, path);
+    const auto before = co_await savedSettings(m_session, path);
     const auto after = withTunnelFields(before, *m_uuid, fields, m_session->userName);
     const QVariantList arguments{QVariant::fromValue(after), toDisk, QVariantMap()};
     co_await m_session->daemon.call(path, connectionInterface, QStringLiteral("Update2"), arguments);
@@ -145,7 +139,7 @@ Task<> NetworkManagerConfiguration::load()
     co_await m_turns.next();
     const NetworkManagerTurns::Turn turn(m_turns);
     const auto path = co_await savedPath();
-    setFields(tunnelFields(co_await settings(m_session->daemon, path)));
+    setFields(tunnelFields(co_await savedSettings(m_session, path)));
 }
 
 Task<> NetworkManagerConfiguration::start()
@@ -167,7 +161,7 @@ Task<> NetworkManagerConfiguration::start()
             co_return;
         if (!isEnding)
             co_await deactivate(*activePath);
-        co_await activeConnections.waitUntilEnded(*m_uuid);
+        co_await activeConnections.waitUntilEnded(*m_uuid, m_session->endLimit);
     }
     co_await activate(path);
     m_isChanged = false;
@@ -190,7 +184,7 @@ Task<> NetworkManagerConfiguration::activate(QString path)
         reply = co_await m_session->daemon.call(managerPath, managerInterface, QStringLiteral("ActivateConnection"),
                                                 arguments);
     } catch (const NetworkManagerCallError &error) {
-        if (error.name() != QLatin1StringView("org.freedesktop.NetworkManager.ConnectionAlreadyActive"))
+        if (error.name() != errors::connectionAlreadyActive)
             throw;
     }
     if (reply)

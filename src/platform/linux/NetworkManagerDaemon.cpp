@@ -5,7 +5,6 @@
 
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 
 using namespace tarnwik::networkmanager;
 
@@ -61,15 +60,12 @@ Task<QDBusMessage> NetworkManagerDaemon::call(const QString &path, const QString
 
 Task<QVariantMap> NetworkManagerDaemon::properties(const QString &path, const QString &interface) const
 {
-    return propertyMap(
-        call(path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("GetAll"), {interface}));
+    return propertyMap(call(path, propertiesInterface, QStringLiteral("GetAll"), {interface}));
 }
 
 Task<QString> NetworkManagerDaemon::owner() const
 {
-    auto message =
-        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
+    auto message = QDBusMessage::createMethodCall(busService, busPath, busInterface, QStringLiteral("GetNameOwner"));
     message.setArguments({serviceName});
     return text(reply(m_bus.asyncCall(message)));
 }

@@ -5,6 +5,8 @@
 #include <array>
 #include <utility>
 
+using namespace tarnwik::networkmanager;
+
 namespace tarnwik {
 
 namespace {
@@ -19,29 +21,28 @@ constexpr QLatin1StringView starting("NetworkManager is still starting. Try agai
 
 /// D-Bus error names and their sentences. The bus's own errors are what a missing daemon looks like.
 constexpr std::array rows{
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.ServiceUnknown"), notRunning},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.NameHasNoOwner"), notRunning},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.Disconnected"),
-        QLatin1StringView("The system message bus cannot be reached.")},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.NoReply"), notAnswering},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.Timeout"), notAnswering},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.TimedOut"), notAnswering},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.UnknownMethod"), starting},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.UnknownObject"), starting},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.UnknownInterface"), starting},
-    Row{QLatin1StringView("org.freedesktop.DBus.Error.AccessDenied"), notAllowed},
-    Row{QLatin1StringView("org.freedesktop.NetworkManager.PermissionDenied"), notAllowed},
-    Row{QLatin1StringView("org.freedesktop.NetworkManager.Settings.PermissionDenied"), notAllowed},
-    Row{QLatin1StringView("org.freedesktop.NetworkManager.AgentManager.PermissionDenied"), notAllowed},
-    Row{QLatin1StringView("org.freedesktop.NetworkManager.UnknownConnection"),
+    Row{errors::serviceUnknown, notRunning},
+    Row{errors::nameHasNoOwner, notRunning},
+    Row{errors::disconnected, QLatin1StringView("The system message bus cannot be reached.")},
+    Row{errors::noReply, notAnswering},
+    Row{errors::timeout, notAnswering},
+    Row{errors::timedOut, notAnswering},
+    Row{errors::unknownMethod, starting},
+    Row{errors::unknownObject, starting},
+    Row{errors::unknownInterface, starting},
+    Row{errors::accessDenied, notAllowed},
+    Row{errors::permissionDenied, notAllowed},
+    Row{errors::settingsPermissionDenied, notAllowed},
+    Row{errors::agentManagerPermissionDenied, notAllowed},
+    Row{errors::unknownConnection,
         QLatin1StringView("There is no network connection for the VPN to run over. Connect to a network first.")},
-    Row{QLatin1StringView("org.freedesktop.NetworkManager.Settings.InvalidConnection"),
+    Row{errors::invalidConnection,
         QLatin1StringView("The VPN configuration is no longer among the system's network settings.")},
 };
 
 QString sentence(const NetworkManagerCallError &error, const QString &providerBundleIdentifier)
 {
-    if (error.name() == QLatin1StringView("org.freedesktop.NetworkManager.ConnectionNotAvailable"))
+    if (error.name() == errors::connectionNotAvailable)
         return QStringLiteral("The VPN service '%1' is not installed.").arg(providerBundleIdentifier);
     for (const auto &[name, text] : rows) {
         if (error.name() == name)
@@ -55,6 +56,11 @@ QString sentence(const NetworkManagerCallError &error, const QString &providerBu
 TunnelError tunnelError(const NetworkManagerCallError &error, const QString &providerBundleIdentifier)
 {
     return TunnelError(sentence(error, providerBundleIdentifier));
+}
+
+TunnelError notAnsweringError()
+{
+    return TunnelError(notAnswering);
 }
 
 } // namespace tarnwik

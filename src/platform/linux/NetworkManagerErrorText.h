@@ -8,6 +8,9 @@ namespace tarnwik {
 /// What a person is told when NetworkManager refuses a call about a tunnel of \a providerBundleIdentifier.
 TunnelError tunnelError(const NetworkManagerCallError &error, const QString &providerBundleIdentifier);
 
+/// NetworkManager agreed to something and does not do it.
+TunnelError notAnsweringError();
+
 /// Passes \a operation on, with the daemon's errors turned into TunnelError.
 template<typename T>
 Task<T> withTunnelErrors(Task<T> operation, QString providerBundleIdentifier)

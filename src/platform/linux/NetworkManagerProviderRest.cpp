@@ -1,18 +1,17 @@
 #include "platform/linux/NetworkManagerProviderRest.h"
 
+#include "platform/linux/NetworkManagerNames.h"
+#include "platform/linux/NetworkManagerStatus.h"
+
 #include <chrono>
+
+using namespace tarnwik::networkmanager;
 
 namespace tarnwik {
 
 namespace {
 
 constexpr auto limit = std::chrono::seconds(1);
-
-/// Whether a service in \a state, an NMVpnServiceState, is at work: starting, started or stopping.
-bool isAtWork(uint state)
-{
-    return state >= 3 && state <= 5;
-}
 
 } // namespace
 
@@ -21,8 +20,7 @@ NetworkManagerProviderRest::NetworkManagerProviderRest(QDBusConnection bus, cons
     , m_provider(now)
 {
     QObject::connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, &NetworkManagerProviderRest::reach);
-    bus.connect(service, QStringLiteral("/org/freedesktop/NetworkManager/VPN/Plugin"),
-                QStringLiteral("org.freedesktop.NetworkManager.VPN.Plugin"), QStringLiteral("StateChanged"), this,
+    bus.connect(service, vpnPluginPath, vpnPluginInterface, QStringLiteral("StateChanged"), this,
                 SLOT(onStateChanged(uint)));
     m_limit.setSingleShot(true);
     m_limit.callOnTimeout(this, &NetworkManagerProviderRest::reach);
@@ -36,7 +34,7 @@ void NetworkManagerProviderRest::expect()
 
 void NetworkManagerProviderRest::onStateChanged(uint state)
 {
-    if (isAtWork(state))
+    if (isAtWork(NetworkManagerServiceState(state)))
         m_provider = Provider::AtWork;
     else
         reach();

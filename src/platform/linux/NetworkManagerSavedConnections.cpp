@@ -45,7 +45,7 @@ Task<std::optional<QString>> NetworkManagerSavedConnections::find(QString uuid)
     try {
         reply = co_await m_daemon.call(settingsPath, settingsInterface, QStringLiteral("GetConnectionByUuid"), {uuid});
     } catch (const NetworkManagerCallError &error) {
-        if (error.name() != QLatin1StringView("org.freedesktop.NetworkManager.Settings.InvalidConnection"))
+        if (error.name() != errors::invalidConnection)
             throw;
     }
     if (!reply || !self || life != m_daemon.life())

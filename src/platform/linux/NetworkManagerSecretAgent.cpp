@@ -15,10 +15,6 @@ namespace {
 /// NM_SECRET_AGENT_CAPABILITY_VPN_HINTS: the agent understands the hints that come with a VPN's question.
 constexpr uint vpnHintsCapability = 1;
 
-const QString noSecretsError = QStringLiteral("org.freedesktop.NetworkManager.SecretAgent.NoSecrets");
-const QString userCanceledError = QStringLiteral("org.freedesktop.NetworkManager.SecretAgent.UserCanceled");
-const QString permissionDeniedError = QStringLiteral("org.freedesktop.NetworkManager.SecretAgent.PermissionDenied");
-
 /// The daemon takes each identifier once a user, and several of our programs may run side by side: the name on the bus
 /// tells them apart.
 QString identifier(const QDBusConnection &bus)
@@ -120,8 +116,8 @@ bool NetworkManagerSecretAgent::handleMessage(const QDBusMessage &message, const
     if (message.interface() != secretAgentInterface)
         return false;
     if (m_registeredWith.isEmpty() || message.service() != m_registeredWith) {
-        connection.send(
-            message.createErrorReply(permissionDeniedError, QStringLiteral("Only NetworkManager is answered.")));
+        connection.send(message.createErrorReply(errors::agentPermissionDenied,
+                                                 QStringLiteral("Only NetworkManager is answered.")));
         return true;
     }
 
@@ -145,7 +141,8 @@ void NetworkManagerSecretAgent::answerGetSecrets(const QDBusMessage &message, co
     const auto arguments = message.arguments();
     const auto settings = qdbus_cast<NetworkManagerConnectionSettings>(arguments.value(0));
     if (!isServed(settings, arguments.value(2).toString())) {
-        connection.send(message.createErrorReply(noSecretsError, QStringLiteral("This connection is another's.")));
+        connection.send(
+            message.createErrorReply(errors::agentNoSecrets, QStringLiteral("This connection is another's.")));
         return;
     }
 
@@ -156,8 +153,9 @@ void NetworkManagerSecretAgent::answerGetSecrets(const QDBusMessage &message, co
         return;
     }
     m_failures.insert(connectionUUID(settings), status);
-    connection.send(message.createErrorReply(status == errSecUserCanceled ? userCanceledError : noSecretsError,
-                                             QStringLiteral("The keychain answered with status %1.").arg(status)));
+    connection.send(
+        message.createErrorReply(status == errSecUserCanceled ? errors::agentUserCanceled : errors::agentNoSecrets,
+                                 QStringLiteral("The keychain answered with status %1.").arg(status)));
 }
 
 bool NetworkManagerSecretAgent::isServed(const NetworkManagerConnectionSettings &settings, const QString &section) const

@@ -1,16 +1,22 @@
 #include "platform/linux/NetworkManagerSession.h"
 
 #include "async/Detach.h"
+#include "platform/linux/NetworkManagerNames.h"
+
+#include <QDBusArgument>
+
+using namespace tarnwik::networkmanager;
 
 namespace tarnwik {
 
 NetworkManagerSession::NetworkManagerSession(std::shared_ptr<KeychainServices> keychain, QString userName,
-                                             const QDBusConnection &bus)
+                                             const QDBusConnection &bus, std::chrono::milliseconds endLimit)
     : daemon(bus)
     , activeConnections(daemon)
     , savedConnections(daemon)
     , agent(daemon, std::move(keychain))
     , userName(std::move(userName))
+    , endLimit(endLimit)
 {
     const auto again = [this] { registerAgentAgain(); };
     QObject::connect(&daemon, &NetworkManagerDaemon::started, &agent, again);
@@ -28,6 +34,12 @@ void NetworkManagerSession::registerAgentAgain()
             co_await self->agent.ensureRegistered();
         }(shared_from_this()),
         [](std::exception_ptr) {});
+}
+
+Task<NetworkManagerConnectionSettings> savedSettings(std::shared_ptr<NetworkManagerSession> session, QString path)
+{
+    const auto reply = co_await session->daemon.call(path, connectionInterface, QStringLiteral("GetSettings"));
+    co_return qdbus_cast<NetworkManagerConnectionSettings>(reply.arguments().value(0));
 }
 
 } // namespace tarnwik

@@ -18,4 +18,10 @@ VPNStatus vpnStatus(NetworkManagerActiveState state, bool wasActivated)
     return VPNStatus::Disconnected;
 }
 
+bool isAtWork(NetworkManagerServiceState state)
+{
+    return state == NetworkManagerServiceState::Starting || state == NetworkManagerServiceState::Started
+        || state == NetworkManagerServiceState::Stopping;
+}
+
 } // namespace tarnwik

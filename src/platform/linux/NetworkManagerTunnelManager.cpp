@@ -22,9 +22,8 @@ using SharedConfiguration = std::shared_ptr<TunnelConfiguration>;
 /// Whether a connection that cannot be read is simply not for us: another user's, or deleted since it was listed.
 bool isOthersOrGone(const NetworkManagerCallError &error)
 {
-    return error.name() == QLatin1StringView("org.freedesktop.NetworkManager.Settings.PermissionDenied")
-        || error.name() == QLatin1StringView("org.freedesktop.DBus.Error.UnknownMethod")
-        || error.name() == QLatin1StringView("org.freedesktop.DBus.Error.UnknownObject");
+    return error.name() == errors::settingsPermissionDenied || error.name() == errors::unknownMethod
+        || error.name() == errors::unknownObject;
 }
 
 /// The configuration saved under \a path; nothing when it is no VPN, or not for us.
@@ -32,8 +31,7 @@ Task<SharedConfiguration> configuration(SharedSession session, QString path)
 {
     NetworkManagerConnectionSettings settings;
     try {
-        const auto reply = co_await session->daemon.call(path, connectionInterface, QStringLiteral("GetSettings"));
-        settings = qdbus_cast<NetworkManagerConnectionSettings>(reply.arguments().value(0));
+        settings = co_await savedSettings(session, path);
     } catch (const NetworkManagerCallError &error) {
         if (!isOthersOrGone(error))
             throw;
@@ -73,10 +71,10 @@ QString currentUserName()
 }
 
 NetworkManagerTunnelManager::NetworkManagerTunnelManager(std::shared_ptr<KeychainServices> keychain, QString userName,
-                                                         const QDBusConnection &bus)
+                                                         const QDBusConnection &bus, std::chrono::milliseconds endLimit)
 {
     registerNetworkManagerTypes();
-    m_session = std::make_shared<NetworkManagerSession>(std::move(keychain), std::move(userName), bus);
+    m_session = std::make_shared<NetworkManagerSession>(std::move(keychain), std::move(userName), bus, endLimit);
     QObject::connect(&m_session->activeConnections, &NetworkManagerActiveConnections::changed, this,
                      &TunnelManager::statusDidChange);
     QObject::connect(&m_session->savedConnections, &NetworkManagerSavedConnections::changed, this,

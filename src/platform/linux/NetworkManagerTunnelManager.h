@@ -4,6 +4,7 @@
 
 #include <QDBusConnection>
 
+#include <chrono>
 #include <memory>
 
 namespace tarnwik {
@@ -13,6 +14,10 @@ class NetworkManagerSession;
 
 /// The name that the user of this process logs in with.
 QString currentUserName();
+
+/// How long a start waits for the tunnel that it replaces to end. An end takes well under a second, or a few where the
+/// administrator's scripts run at it; beyond this, a person who waits is better told.
+inline constexpr std::chrono::milliseconds tunnelEndLimit = std::chrono::seconds(15);
 
 /// The tunnel manager over NetworkManager: a saved connection of type "vpn" is a tunnel configuration, and the program
 /// that carries its packets is a NetworkManager VPN service.
@@ -28,7 +33,8 @@ class NetworkManagerTunnelManager final : public TunnelManager
 public:
     explicit NetworkManagerTunnelManager(std::shared_ptr<KeychainServices> keychain,
                                          QString userName = currentUserName(),
-                                         const QDBusConnection &bus = QDBusConnection::systemBus());
+                                         const QDBusConnection &bus = QDBusConnection::systemBus(),
+                                         std::chrono::milliseconds endLimit = tunnelEndLimit);
     ~NetworkManagerTunnelManager() override;
 
     /// The user's saved VPN connections, in the daemon's order. Those that the user may not read are left out.

@@ -2,8 +2,6 @@
 
 #include "platform/linux/SecretServiceError.h"
 
-#include <utility>
-
 namespace tarnwik {
 
 namespace {

@@ -4,6 +4,9 @@
 
 namespace tarnwik {
 
+/// The name of the Secret Service on the session bus.
+inline constexpr const char *secretsName = "org.freedesktop.secrets";
+
 /// The session bus, as far as one keychain call needs it.
 class SecretServiceBus
 {

@@ -2,14 +2,16 @@
 
 #include "platform/linux/SecretServiceAttributes.h"
 #include "platform/linux/SecretServiceError.h"
+#include "platform/linux/SecretServiceRefusal.h"
 #include "platform/linux/SecretServiceSession.h"
 
 #include <algorithm>
 
 namespace tarnwik {
 
-SecretServiceKeychain::SecretServiceKeychain(std::chrono::milliseconds limit)
+SecretServiceKeychain::SecretServiceKeychain(std::chrono::milliseconds limit, std::chrono::milliseconds refusalMemory)
     : m_limit(limit)
+    , m_refusal(std::make_shared<SecretServiceRefusal>(refusalMemory))
 {
 }
 
@@ -19,7 +21,7 @@ try {
     if (!query) {
         return errSecParam;
     }
-    SecretServiceSession session(m_limit);
+    SecretServiceSession session(m_limit, *m_refusal);
     // First of all, since a locked keyring does not tell the groups of its items.
     session.openDefaultCollection();
     const auto itemAttributes = attributesOfQuery(*query);
@@ -39,7 +41,7 @@ try {
     if (!query) {
         return errSecParam;
     }
-    SecretServiceSession session(m_limit);
+    SecretServiceSession session(m_limit, *m_refusal);
     const auto items = session.search(attributesOfQuery(*query).get());
     if (items.empty()) {
         return errSecItemNotFound;
@@ -59,7 +61,7 @@ try {
     if (!query) {
         return errSecParam;
     }
-    SecretServiceSession session(m_limit);
+    SecretServiceSession session(m_limit, *m_refusal);
     const auto items = session.search(attributesOfQuery(*query).get());
     for (const auto &item : items) {
         session.unlock(item.get());

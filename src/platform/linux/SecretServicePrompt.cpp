@@ -9,7 +9,6 @@ namespace tarnwik {
 
 namespace {
 
-constexpr const char *secretsName = "org.freedesktop.secrets";
 constexpr const char *promptInterface = "org.freedesktop.Secret.Prompt";
 
 // What has become of a prompt so far.

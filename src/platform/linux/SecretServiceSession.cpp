@@ -10,7 +10,6 @@ namespace tarnwik {
 
 namespace {
 
-constexpr const char *secretsName = "org.freedesktop.secrets";
 constexpr const char *secretsPath = "/org/freedesktop/secrets";
 constexpr const char *serviceInterface = "org.freedesktop.Secret.Service";
 
@@ -41,9 +40,10 @@ const char *pathOf(const GObjectPointer<Proxy> &proxy)
 
 } // namespace
 
-SecretServiceSession::SecretServiceSession(std::chrono::milliseconds limit)
+SecretServiceSession::SecretServiceSession(std::chrono::milliseconds limit, SecretServiceRefusal &refusal)
     : m_loop(limit)
     , m_bus(m_loop)
+    , m_refusal(refusal)
 {
     const auto result = m_loop.resultOf([](GCancellable *cancellable, GAsyncReadyCallback callback, gpointer data) {
         secret_service_open(SECRET_TYPE_SERVICE, nullptr, SECRET_SERVICE_NONE, cancellable, callback, data);
@@ -92,12 +92,24 @@ void SecretServiceSession::unlock(SecretItem *item)
 
 void SecretServiceSession::unlock(const char *path)
 {
+    if (const auto status = m_refusal.status()) {
+        throw SecretServiceError(*status);
+    }
     const auto answer = m_bus.call(secretsName, secretsPath, serviceInterface, "Unlock",
                                    g_variant_new("(@ao)", g_variant_new_objv(&path, 1)), "(aoo)");
     const char *prompt = nullptr;
     g_variant_get_child(answer.get(), 1, "&o", &prompt);
-    if (!isNone(prompt)) {
+    if (isNone(prompt)) {
+        return;
+    }
+    try {
         askPerson(m_bus, prompt);
+    } catch (const SecretServiceError &error) {
+        // A service that went away in the middle was refused nothing: the next one is asked.
+        if (error.status() == errSecUserCanceled || error.status() == errSecInteractionNotAllowed) {
+            m_refusal.remember(error.status());
+        }
+        throw;
     }
 }
 

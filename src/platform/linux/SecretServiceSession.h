@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/KeychainServices.h"
 #include "platform/linux/SecretServiceBus.h"
+#include "platform/linux/SecretServiceRefusal.h"
 
 #include <QByteArray>
 
@@ -16,7 +16,8 @@ class SecretServiceSession
 public:
     using Items = std::vector<GObjectPointer<SecretItem>>;
 
-    explicit SecretServiceSession(std::chrono::milliseconds limit);
+    /// What comes of unlocking goes into \a refusal, which must outlive this: it is not tried while that remembers one.
+    SecretServiceSession(std::chrono::milliseconds limit, SecretServiceRefusal &refusal);
 
     /// Every item with these \a attributes, in all keyrings: first those that can be read as they are, then the
     /// locked ones, as libsecret orders them. A service that hides what is locked is unlocked first.
@@ -45,6 +46,7 @@ private:
 
     SecretServiceLoop m_loop;
     SecretServiceBus m_bus;
+    SecretServiceRefusal &m_refusal;
     GObjectPointer<SecretService> m_service;
 };
 

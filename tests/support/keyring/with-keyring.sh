@@ -10,10 +10,10 @@
 #   --prompter ANSWER  a person answers the keyring's questions (prompter.py); may be given several times
 #   --headless         the desktop's prompter is installed, but cannot start, as in a session without a display
 #
-# COMMAND finds the processes of bus and keyring in TARNWIK_BUS_PID and TARNWIK_KEYRING_PID, and a line for every question that the person was asked
-# in the file TARNWIK_PROMPTER_LOG. Home and runtime folder are private and gone afterwards, and so is every process,
-# even if this script is killed. Exit status 77, with the
-# reason, where a program that this takes is not installed.
+# COMMAND finds the processes of bus and keyring in TARNWIK_BUS_PID and TARNWIK_KEYRING_PID, and a line for every
+# question that the person was asked in the file TARNWIK_PROMPTER_LOG. Home and runtime folder are private and gone
+# afterwards, and so is every process, even if this script is killed. Exit status 77, with the reason, where a program
+# that this takes is not installed.
 set -eu
 
 here=$(cd "$(dirname "$0")" && pwd)
@@ -99,7 +99,9 @@ if [ $state != no-bus ]; then
 <busconfig>
   <type>session</type><listen>unix:path=$home/run/bus</listen><auth>EXTERNAL</auth>
   <servicedir>$home/services</servicedir>
-  <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/>
+  </policy>
 </busconfig>
 CONF
   in_background "$home/bus.log" dbus-daemon --config-file="$home/session.conf" --nofork --nopidfile </dev/null

@@ -32,20 +32,17 @@ QDBusConnection somebodyElse()
 
 QVariant property(const QString &service, const QString &path, const QString &interface, const QString &name)
 {
-    auto message = QDBusMessage::createMethodCall(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
-                                                  QStringLiteral("Get"));
+    auto message = QDBusMessage::createMethodCall(service, path, propertiesInterface, QStringLiteral("Get"));
     message.setAutoStartService(false);
     message.setArguments({interface, name});
     return qdbus_cast<QDBusVariant>(somebodyElse().call(message).arguments().value(0)).variant();
 }
 
-/// Whether a provider is starting, started or stopping: a tunnel of the next test would suffer from what it says yet.
+/// Whether a provider is at work: a tunnel of the next test would suffer from what it says yet.
 bool isAtWork(const QString &provider)
 {
-    const auto state = property(provider, QStringLiteral("/org/freedesktop/NetworkManager/VPN/Plugin"),
-                                QStringLiteral("org.freedesktop.NetworkManager.VPN.Plugin"), QStringLiteral("State"))
-                           .toUInt();
-    return state >= 3 && state <= 5;
+    const auto state = property(provider, vpnPluginPath, vpnPluginInterface, QStringLiteral("State")).toUInt();
+    return tarnwik::isAtWork(NetworkManagerServiceState(state));
 }
 
 } // namespace
@@ -111,12 +108,12 @@ void NetworkManagerTest::TearDown()
     EXPECT_TRUE(spinUntil([] { return !isAtWork(providerService) && !isAtWork(otherProviderService); }));
 }
 
-std::unique_ptr<TunnelManager> NetworkManagerTest::makeManager()
+std::unique_ptr<TunnelManager> NetworkManagerTest::makeManager(std::chrono::milliseconds endLimit)
 {
     static int count = 0;
     const auto bus =
         QDBusConnection::connectToBus(QDBusConnection::SystemBus, QStringLiteral("manager %1").arg(++count));
-    return std::make_unique<NetworkManagerTunnelManager>(keychain, currentUserName(), bus);
+    return std::make_unique<NetworkManagerTunnelManager>(keychain, currentUserName(), bus, endLimit);
 }
 
 std::shared_ptr<TunnelConfiguration> NetworkManagerTest::makeConfiguration(const QString &service)

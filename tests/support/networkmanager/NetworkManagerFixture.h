@@ -65,7 +65,7 @@ protected:
     void TearDown() override;
 
     /// A tunnel manager on a bus connection of its own, as another program would have it.
-    std::unique_ptr<TunnelManager> makeManager();
+    std::unique_ptr<TunnelManager> makeManager(std::chrono::milliseconds endLimit = tunnelEndLimit);
 
     /// A configuration like the application's, not saved yet.
     std::shared_ptr<TunnelConfiguration> makeConfiguration(const QString &service = providerService);
