@@ -3,7 +3,12 @@
 #include "service/Schema.h"
 #include "service/SeedTables.h"
 
+#include <QDeadlineTimer>
+
 #include <sqlite3.h>
+
+#include <chrono>
+#include <thread>
 
 namespace tarnwik::service {
 
@@ -34,10 +39,26 @@ QString reason(const DatabaseError &error)
     return error.localizedDescription();
 }
 
+/// The same, again and again while another process opens it too: SQLite does not wait before it changes the journal's
+/// mode, but fails at once where another one is about to do the same.
+Database openBesideOthers(const QString &path, const Seed &seed, PasswordCost cost)
+{
+    constexpr std::chrono::seconds patience(10);
+    constexpr std::chrono::milliseconds pause(10);
+    for (const QDeadlineTimer deadline(patience);; std::this_thread::sleep_for(pause)) {
+        try {
+            return openDatabase(path, seed, cost);
+        } catch (const DatabaseError &error) {
+            if (error.code() != SQLITE_BUSY || deadline.hasExpired())
+                throw;
+        }
+    }
+}
+
 Database open(const QString &path, const Seed &seed, PasswordCost cost)
 {
     try {
-        return openDatabase(path, seed, cost);
+        return openBesideOthers(path, seed, cost);
     } catch (const DatabaseError &error) {
         throw ServiceDatabaseError(QStringLiteral("The database %1 cannot be opened: %2.").arg(path, reason(error)));
     } catch (const ForeignDatabaseError &error) {

@@ -109,7 +109,7 @@ TEST(ServiceSeed, valuesThatCannotBeAreNamedByTheirPath)
               "The seed is refused: nodes[0].tunnel.allowed_ips[0] is no network such as 0.0.0.0/0.");
     EXPECT_EQ(refusal(R"("jc": 4)", R"("jc": -4)"),
               "The seed is refused: nodes[0].tunnel.amneziawg must hold numbers from 0 to 4294967295.");
-    EXPECT_EQ(refusal(R"("usage_bytes_per_second": 2)", R"("usage_bytes_per_second": -2)"),
+    EXPECT_EQ(refusal(R"("usage_bytes_per_second": 1)", R"("usage_bytes_per_second": -1)"),
               "The seed is refused: usage_bytes_per_second must be from 0 to 1000000000000.");
 }
 
