@@ -47,16 +47,18 @@ struct Run
 
 Task<ExitStatus> signIn(Run &run, std::stop_token token)
 {
-    const auto password = readPassword();
-    if (!password)
-        co_return run.fail(QStringLiteral("No password was given."));
+    const QString password = readPassword();
     if (run.options.serverURL)
         run.model.setServerURLString(*run.options.serverURL);
-    co_await run.model.signIn(run.options.email, *password, token);
+    co_await run.model.signIn(run.options.email, password, token);
     const ExitStatus status = run.outcome();
-    if (status == ExitStatus::Done)
-        run.print(QStringLiteral("Signed in as %1.").arg(plainText(run.options.email)), statusJSON(run.model));
-    co_return status;
+    if (status != ExitStatus::Done)
+        co_return status;
+    // The JSON tells of the tunnel too, which may be up since before.
+    if (run.options.isJSON)
+        co_await run.model.vpnController()->refreshStatus(token);
+    run.print(QStringLiteral("Signed in as %1.").arg(plainText(run.options.email)), statusJSON(run.model));
+    co_return ExitStatus::Done;
 }
 
 /// The session and the tunnel at the same time: they are asked of different services.
@@ -116,19 +118,20 @@ Task<ExitStatus> connect(Run &run, std::stop_token token)
             co_return run.fail(QStringLiteral("There is no exit node “%1”.").arg(*run.options.node));
         model.setSelectedNodeID(node->id);
     }
-    if (const auto node = model.selectedNode())
-        run.terminal.progress(QStringLiteral("Connecting to %1…").arg(node->name));
+    // Kept: what the server lists afterwards may be something else.
+    const QString nodeName = model.selectedNode().value_or(ExitNode()).name;
+    if (!nodeName.isEmpty())
+        run.terminal.progress(QStringLiteral("Connecting to %1…").arg(nodeName));
     co_await model.connect(token);
     if (model.errorMessage())
         co_return run.outcome();
 
     VPNController &tunnel = *model.vpnController();
     if (!co_await waitForTunnel(tunnel, hasSettled, run.options.wait, token))
-        co_return run.fail(
-            QStringLiteral("The tunnel did not come up within %1 seconds.").arg(run.options.wait.count()));
+        co_return run.fail(QStringLiteral("The tunnel did not come up within %1 s.").arg(run.options.wait.count()));
     if (tunnel.status() != VPNStatus::Connected)
         co_return run.fail(tunnel.lastDisconnectError().value_or(QStringLiteral("The tunnel went down again.")));
-    run.print(QStringLiteral("Connected through %1.").arg(plainText(model.selectedNode()->name)), statusJSON(model));
+    run.print(QStringLiteral("Connected through %1.").arg(plainText(nodeName)), statusJSON(model));
     co_return ExitStatus::Done;
 }
 
@@ -138,8 +141,7 @@ Task<ExitStatus> disconnect(Run &run, std::stop_token token)
     if (run.model.errorMessage())
         co_return run.outcome();
     if (!co_await waitForTunnel(*run.model.vpnController(), isDown, run.options.wait, token))
-        co_return run.fail(
-            QStringLiteral("The tunnel did not go down within %1 seconds.").arg(run.options.wait.count()));
+        co_return run.fail(QStringLiteral("The tunnel did not go down within %1 s.").arg(run.options.wait.count()));
     run.print(QStringLiteral("Disconnected."), statusJSON(run.model));
     co_return ExitStatus::Done;
 }
@@ -147,6 +149,8 @@ Task<ExitStatus> disconnect(Run &run, std::stop_token token)
 Task<ExitStatus> watch(Run &run, std::stop_token token)
 {
     co_await refreshEverything(run.model, token);
+    if (token.stop_requested())
+        co_return ExitStatus::Done;
     if (run.model.errorMessage())
         co_return run.outcome();
     run.model.startUsageRefreshLoop();
@@ -215,10 +219,11 @@ Task<ExitStatus> runCommand(Options options, AppModel &model, Terminal terminal,
         co_return co_await dispatch(run, token);
     } catch (const async::Cancelled &) {
         // Whoever interrupted the program does not need to be told.
+        co_return isEndless(run.options.command) ? ExitStatus::Done : ExitStatus::Failed;
     } catch (const std::exception &error) {
         terminal.printError(QString::fromUtf8(error.what()));
+        co_return ExitStatus::Failed;
     }
-    co_return isEndless(run.options.command) ? ExitStatus::Done : ExitStatus::Failed;
 }
 
 } // namespace tarnwik::cli

@@ -1,5 +1,7 @@
 #include "cli/Options.h"
 
+#include "cli/Terminal.h"
+
 #include <QCommandLineParser>
 
 #include <algorithm>
@@ -93,12 +95,23 @@ QString helpText()
                          "             demo@tarnwik.example, its password demo.\n"
                          "  --help     Print this text.\n"
                          "  --version  Print the version.\n"
-                         "\nExit status: 0 done, 1 failed, 2 wrong usage, 3 not signed in.\n");
+                         "\nExit status: 0 done, 1 failed, 2 wrong usage, 3 not signed in.");
 }
 
 Answer wrongUsage(const QString &sentence)
 {
-    return {ExitStatus::WrongUsage, sentence + QStringLiteral("\nTry “tarnwikctl --help”.\n")};
+    return {ExitStatus::WrongUsage, plainText(sentence) + QStringLiteral("\nTry “tarnwikctl --help”.")};
+}
+
+/// What is wrong with the options that \a parser did not understand.
+QString parserError(const QCommandLineParser &parser)
+{
+    const QStringList unknown = parser.unknownOptionNames();
+    if (unknown.isEmpty())
+        return parser.errorText();
+    // Single letters are what a word behind one dash falls into, and that may be a password that was given by mistake.
+    return unknown.first().size() > 1 ? QStringLiteral("There is no option “--%1”.").arg(unknown.first())
+                                      : QStringLiteral("There is no such option.");
 }
 
 /// \a text as a whole number of seconds, from one to a day.
@@ -146,11 +159,11 @@ std::variant<Options, Answer> parseCommandLine(const QStringList &arguments)
         parser.addOption(QCommandLineOption(flag));
     parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), helpOption}));
     if (!parser.parse(arguments))
-        return wrongUsage(parser.errorText());
+        return wrongUsage(parserError(parser));
     if (parser.isSet(helpOption))
         return Answer{ExitStatus::Done, helpText()};
     if (parser.isSet(versionOption))
-        return Answer{ExitStatus::Done, QStringLiteral("tarnwikctl " TARNWIK_VERSION "\n")};
+        return Answer{ExitStatus::Done, QStringLiteral("tarnwikctl " TARNWIK_VERSION)};
 
     const QStringList words = parser.positionalArguments();
     if (words.isEmpty())

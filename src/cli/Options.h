@@ -46,7 +46,7 @@ struct Options
 struct Answer
 {
     ExitStatus status = ExitStatus::Done;
-    /// For standard output when the status is Done, else for standard error.
+    /// For standard output when the status is Done, else for standard error; without its last line break.
     QString text;
 };
 

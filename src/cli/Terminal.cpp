@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <cerrno>
 #include <cstdio>
 #include <unistd.h>
 
@@ -11,10 +12,17 @@ namespace tarnwik::cli {
 
 namespace {
 
-void write(FILE *stream, const QByteArray &bytes)
+/// Whether \a stream took the whole of \a bytes.
+bool write(FILE *stream, const QByteArray &bytes)
 {
-    std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stream);
-    std::fflush(stream);
+    return std::fwrite(bytes.constData(), 1, std::size_t(bytes.size()), stream) == std::size_t(bytes.size())
+        && std::fflush(stream) == 0;
+}
+
+void writeOutput(const QByteArray &bytes)
+{
+    if (!write(stdout, bytes))
+        throw OutputError(QStringLiteral("The output cannot be written: %1.").arg(qt_error_string(errno)));
 }
 
 } // namespace
@@ -26,13 +34,13 @@ Terminal::Terminal()
 
 void Terminal::print(const QString &text) const
 {
-    write(stdout, text.toUtf8() + '\n');
+    writeOutput(text.toUtf8() + '\n');
 }
 
 void Terminal::print(const QJsonValue &value) const
 {
     const QJsonDocument document = value.isArray() ? QJsonDocument(value.toArray()) : QJsonDocument(value.toObject());
-    write(stdout, document.toJson(QJsonDocument::Compact) + '\n');
+    writeOutput(document.toJson(QJsonDocument::Compact) + '\n');
 }
 
 void Terminal::printError(const QString &text) const

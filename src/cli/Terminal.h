@@ -1,9 +1,18 @@
 #pragma once
 
+#include "platform/LocalizedError.h"
+
 #include <QJsonValue>
 #include <QString>
 
 namespace tarnwik::cli {
+
+/// Standard output takes no more: a full disk, or a reader that has gone.
+class OutputError final : public LocalizedError
+{
+public:
+    using LocalizedError::LocalizedError;
+};
 
 /// Standard output and standard error. Text goes out as UTF-8, whatever the locale.
 class Terminal
@@ -11,10 +20,10 @@ class Terminal
 public:
     Terminal();
 
-    /// Prints \a text and a line break to standard output.
+    /// Prints \a text and a line break to standard output. Throws OutputError.
     void print(const QString &text) const;
 
-    /// Prints \a value as compact JSON on a line of its own.
+    /// Prints \a value as compact JSON on a line of its own. Throws OutputError.
     void print(const QJsonValue &value) const;
 
     /// Prints a failure's text to standard error.

@@ -18,7 +18,17 @@ using namespace tarnwik;
 
 int answer(const cli::Answer &answer)
 {
-    std::fputs(answer.text.toUtf8().constData(), answer.status == cli::ExitStatus::Done ? stdout : stderr);
+    const cli::Terminal terminal;
+    if (answer.status != cli::ExitStatus::Done) {
+        std::fputs((answer.text + u'\n').toUtf8().constData(), stderr);
+        return int(answer.status);
+    }
+    try {
+        terminal.print(answer.text);
+    } catch (const cli::OutputError &error) {
+        terminal.printError(error.localizedDescription());
+        return int(cli::ExitStatus::Failed);
+    }
     return int(answer.status);
 }
 

@@ -45,10 +45,11 @@ saved=$(nmcli --show-secrets --terse --fields vpn.data,vpn.secrets connection sh
 # A packet crosses the tunnel once the exit node knows who calls.
 preshared=$(sed -n 's/.*"preshared_key":"\([^"]*\)".*/\1/p' <<<"${saved//\\/}" | head -1)
 echo "$(wg pubkey <<<"$key") $preshared $(field "[0]['profiles'][0]['assigned_ip']" <<<"$device")" >"$CUSTOMER/peers"
-for _ in {1..500}; do
+for _ in {1..1000}; do
   [ ! -e "$CUSTOMER/is-known" ] || break
   sleep 0.01
 done
+[ -e "$CUSTOMER/is-known" ] || fail "the exit node does not know the customer"
 ping -q -c 3 -i 0.2 -W 10 10.77.0.1 >/dev/null || fail "no packet crossed the tunnel"
 
 expect "Disconnected." "$client" disconnect

@@ -9,6 +9,16 @@ set -euo pipefail
 tests=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 world=$NM_FIXTURE_DIR
 
+# until_true CONDITION...: waits until the command succeeds, for 10 seconds at most.
+until_true() {
+  for _ in {1..1000}; do
+    ! "$@" || return 0
+    sleep 0.01
+  done
+  echo "FAILED: waited in vain for: $*" >&2
+  return 1
+}
+
 for program in wireguard-go wg ping nmcli; do
   command -v "$program" >/dev/null || { echo "SKIPPED: $program is not installed." >&2; exit 77; }
 done
@@ -32,10 +42,7 @@ ip -n exit-node link set lo up
 (umask 077 && wg genkey >"$world/node.key")
 ip netns exec exit-node env LOG_LEVEL=error wireguard-go --foreground wgexit >>"$world/log/exit-node.log" 2>&1 &
 exit_node=$!
-for _ in {1..500}; do
-  [ ! -S /run/wireguard/wgexit.sock ] || break
-  sleep 0.01
-done
+until_true test -S /run/wireguard/wgexit.sock
 ip netns exec exit-node wg set wgexit listen-port 51820 private-key "$world/node.key"
 ip -n exit-node address add 10.77.0.1/24 dev wgexit
 ip -n exit-node link set wgexit up
@@ -61,10 +68,7 @@ cat >"$world/seed.json" <<SEED
 SEED
 "$world/tarnwik-service" --port 0 --seed "$world/seed.json" >"$world/log/service.log" 2>&1 &
 service=$!
-for _ in {1..500}; do
-  ! grep -q '^Listening on ' "$world/log/service.log" || break
-  sleep 0.01
-done
+until_true grep -q '^Listening on ' "$world/log/service.log"
 url=$(sed -n 's/^Listening on //p' "$world/log/service.log")
 
 "$NM_FIXTURE_TOOLS/install-provider.sh"

@@ -51,7 +51,11 @@ EmbeddedTunnelManager::TunnelListener usageFollowing(EmbeddedHTTPSession::Servic
     return [service = std::move(service)](const TunnelProviderProtocol &protocol, bool isRunning) {
         const QByteArray json =
             protocol.providerConfiguration.value(QStringLiteral("tunnel_profile_json")).toString().toUtf8();
-        service()->setTunnelRunning(decode<TunnelProfile>(json).id, isRunning);
+        try {
+            service()->setTunnelRunning(decode<TunnelProfile>(json).id, isRunning);
+        } catch (const LocalizedError &) {
+            // The tunnel goes its way; only the demo's usage stands still.
+        }
     };
 }
 

@@ -13,7 +13,4 @@ PlatformServices embeddedPlatform(const QString &folder);
 /// Where the demo keeps its world: below the user's data folder.
 QString demoFolder();
 
-/// The account that the demo's service knows from the start.
-inline const QString demoEmail = QStringLiteral("demo@tarnwik.example");
-
 } // namespace tarnwik

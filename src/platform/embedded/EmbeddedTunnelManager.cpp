@@ -20,12 +20,12 @@ public:
 
     Task<> saveToPreferences() override
     {
-        EmbeddedTunnelState state = m_manager->m_file.read();
-        state.isSaved = true;
-        state.localizedDescription = localizedDescription;
-        state.protocolConfiguration = protocolConfiguration;
-        state.isEnabled = isEnabled;
-        m_manager->m_file.write(state);
+        m_manager->m_file.change([this](EmbeddedTunnelState &state) {
+            state.isSaved = true;
+            state.localizedDescription = localizedDescription;
+            state.protocolConfiguration = protocolConfiguration;
+            state.isEnabled = isEnabled;
+        });
         m_manager->watch();
         co_return;
     }
@@ -41,8 +41,6 @@ public:
 
     Task<> startVPNTunnel() override
     {
-        if (!m_manager->m_file.read().isSaved)
-            throw TunnelError(QStringLiteral("The VPN configuration was not saved."));
         m_manager->send(true);
         co_return;
     }
@@ -50,9 +48,13 @@ public:
     Task<> stopVPNTunnel() override
     {
         const VPNStatus current = status();
-        if (current == VPNStatus::Connecting || current == VPNStatus::Connected)
+        if (current != VPNStatus::Connecting && current != VPNStatus::Connected)
+            co_return;
+        try {
             m_manager->send(false);
-        co_return;
+        } catch (const TunnelError &) {
+            // Stopping never fails: a tunnel that could not be stopped shows in its status.
+        }
     }
 
     VPNStatus status() const override { return m_manager->status(); }
@@ -85,8 +87,9 @@ std::chrono::milliseconds EmbeddedTunnelManager::systemWallClock()
 Task<std::optional<TunnelManager::Configurations>> EmbeddedTunnelManager::loadAllFromPreferences()
 {
     Configurations configurations;
+    // Before there is anything to see: another process may save and start the configuration next.
+    watch();
     if (m_file.read().isSaved) {
-        watch();
         configurations.push_back(create());
         co_await configurations.front()->loadFromPreferences();
     }
@@ -105,10 +108,12 @@ VPNStatus EmbeddedTunnelManager::status() const
 
 void EmbeddedTunnelManager::send(bool isGoingUp)
 {
-    EmbeddedTunnelState state = m_file.read();
-    state.isGoingUp = isGoingUp;
-    state.sentAt = m_wallClock();
-    m_file.write(state);
+    const EmbeddedTunnelState state = m_file.change([&](EmbeddedTunnelState &changing) {
+        if (!changing.isSaved)
+            throw TunnelError(QStringLiteral("The VPN configuration was not saved."));
+        changing.isGoingUp = isGoingUp;
+        changing.sentAt = m_wallClock();
+    });
     if (m_listener && state.protocolConfiguration)
         m_listener(*state.protocolConfiguration, isGoingUp);
     Q_EMIT statusDidChange();
@@ -118,7 +123,7 @@ void EmbeddedTunnelManager::send(bool isGoingUp)
 void EmbeddedTunnelManager::watch()
 {
     const QString folder = QFileInfo(m_file.path()).path();
-    if (!m_watcher.directories().contains(folder))
+    if (!m_watcher.directories().contains(folder) && QDir().mkpath(folder))
         m_watcher.addPath(folder);
     tellWhenSettled();
 }

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLockFile>
 #include <QSaveFile>
 
 namespace tarnwik {
@@ -20,6 +21,14 @@ const QString sleepKey = QStringLiteral("disconnect_on_sleep");
 const QString configurationKey = QStringLiteral("provider_configuration");
 const QString goingUpKey = QStringLiteral("going_up");
 const QString sentAtKey = QStringLiteral("sent_at_ms");
+
+/// Other processes hold the lock for as long as it takes to write one small file.
+constexpr int lockPatience = 5000; // milliseconds
+
+TunnelError writeError(const QString &path)
+{
+    return TunnelError(QStringLiteral("The VPN settings cannot be written to “%1”.").arg(path));
+}
 
 } // namespace
 
@@ -65,6 +74,18 @@ EmbeddedTunnelState EmbeddedTunnelFile::read() const
     return state;
 }
 
+EmbeddedTunnelState EmbeddedTunnelFile::change(const std::function<void(EmbeddedTunnelState &)> &edit) const
+{
+    QDir().mkpath(QFileInfo(m_path).path());
+    QLockFile lock(m_path + QStringLiteral(".lock"));
+    if (!lock.tryLock(lockPatience))
+        throw writeError(m_path);
+    EmbeddedTunnelState state = read();
+    edit(state);
+    write(state);
+    return state;
+}
+
 void EmbeddedTunnelFile::write(const EmbeddedTunnelState &state) const
 {
     QJsonObject object{
@@ -78,10 +99,11 @@ void EmbeddedTunnelFile::write(const EmbeddedTunnelState &state) const
                                   {sleepKey, protocol->disconnectOnSleep},
                                   {configurationKey, QJsonObject::fromVariantMap(protocol->providerConfiguration)}});
     }
-    QDir().mkpath(QFileInfo(m_path).path());
+    // The preshared key is in it: it is its owner's alone.
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(object).toJson()) < 0 || !file.commit())
-        throw TunnelError(QStringLiteral("The VPN settings cannot be written to “%1”.").arg(m_path));
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)
+        || file.write(QJsonDocument(object).toJson()) < 0 || !file.commit())
+        throw writeError(m_path);
 }
 
 } // namespace tarnwik

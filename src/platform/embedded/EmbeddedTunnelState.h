@@ -3,6 +3,7 @@
 #include "platform/TunnelManager.h"
 
 #include <chrono>
+#include <functional>
 
 namespace tarnwik {
 
@@ -41,12 +42,15 @@ public:
     /// What was last written; a fresh state when there is none, or none that can be read.
     EmbeddedTunnelState read() const;
 
-    /// Throws TunnelError.
-    void write(const EmbeddedTunnelState &state) const;
+    /// Lets \a edit change the state and writes what came of it, while no other process does the same; what was written.
+    /// Throws what \a edit throws, and TunnelError.
+    EmbeddedTunnelState change(const std::function<void(EmbeddedTunnelState &)> &edit) const;
 
     const QString &path() const { return m_path; }
 
 private:
+    void write(const EmbeddedTunnelState &state) const;
+
     QString m_path;
 };
 

@@ -121,7 +121,7 @@ void SettingsUserDefaults::change(const std::function<void(QJsonObject &)> &edit
     if (!lock.tryLock(lockPatience))
         fail(m_path,
              lock.error() == QLockFile::LockFailedError ? QStringLiteral("another process is writing it")
-                                                        : QStringLiteral("its folder refuses new files"));
+                                                        : QStringLiteral("nothing can be written to its folder"));
 
     auto contents = read(m_path);
     if (contents.state == FileContents::State::Unreadable)
