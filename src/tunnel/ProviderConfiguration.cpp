@@ -1,14 +1,13 @@
 #include "tunnel/ProviderConfiguration.h"
 
 #include "api/JSON.h"
+#include "platform/ProviderConfigurationKeys.h"
 
 #include <QStringDecoder>
 
 namespace tarnwik {
 
 namespace {
-
-const QString profileKey = QStringLiteral("tunnel_profile_json");
 
 /// The profile as text. What cannot be read back as text would be no JSON to the provider either: it gets an empty
 /// object then, which it can tell from a profile.
@@ -25,20 +24,20 @@ QVariantMap providerConfiguration(const TunnelProfile &profile, const QString &p
                                   const std::optional<QString> &keychainAccessGroup)
 {
     QVariantMap configuration{
-        {profileKey, jsonText(profile)},
-        {QStringLiteral("client_private_key_ref"), privateKeyReference},
-        {QStringLiteral("keychain_service"), QStringLiteral("Tarnwik")},
-        {QStringLiteral("metadata_only"), true},
+        {providerKeys::tunnelProfile, jsonText(profile)},
+        {providerKeys::privateKeyReference, privateKeyReference},
+        {providerKeys::keychainService, QStringLiteral("Tarnwik")},
+        {providerKeys::metadataOnly, true},
     };
     if (keychainAccessGroup)
-        configuration.insert(QStringLiteral("keychain_access_group"), *keychainAccessGroup);
+        configuration.insert(providerKeys::keychainAccessGroup, *keychainAccessGroup);
     return configuration;
 }
 
 std::optional<TunnelNode> nodeOfConfiguration(const QVariantMap &configuration)
 {
     try {
-        return decode<TunnelProfile>(configuration.value(profileKey).toString().toUtf8()).node;
+        return decode<TunnelProfile>(configuration.value(providerKeys::tunnelProfile).toString().toUtf8()).node;
     } catch (const DecodingError &) {
         // Saved by another version, or by hand: the tunnel may work all the same.
         return std::nullopt;

@@ -4,6 +4,7 @@
 #include "api/TunnelModels.h"
 #include "async/Clock.h"
 #include "platform/InformationDictionary.h"
+#include "platform/ProviderConfigurationKeys.h"
 #include "platform/embedded/EmbeddedHTTPSession.h"
 #include "platform/embedded/EmbeddedTunnelManager.h"
 #include "platform/embedded/FileKeychain.h"
@@ -49,8 +50,7 @@ EmbeddedHTTPSession::ServiceSource serviceIn(const QString &path)
 EmbeddedTunnelManager::TunnelListener usageFollowing(EmbeddedHTTPSession::ServiceSource service)
 {
     return [service = std::move(service)](const TunnelProviderProtocol &protocol, bool isRunning) {
-        const QByteArray json =
-            protocol.providerConfiguration.value(QStringLiteral("tunnel_profile_json")).toString().toUtf8();
+        const QByteArray json = protocol.providerConfiguration.value(providerKeys::tunnelProfile).toString().toUtf8();
         try {
             service()->setTunnelRunning(decode<TunnelProfile>(json).id, isRunning);
         } catch (const LocalizedError &) {

@@ -1,5 +1,7 @@
 #include "platform/linux/NetworkManagerPrivateKey.h"
 
+#include "platform/ProviderConfigurationKeys.h"
+
 #include <QStringDecoder>
 
 #include <sodium.h>
@@ -12,12 +14,12 @@ QVariantMap query(const NetworkManagerStringMap &vpnData)
 {
     QVariantMap query{
         {kSecClass, kSecClassGenericPassword},
-        {kSecAttrService, vpnData.value(QStringLiteral("keychain_service"))},
-        {kSecAttrAccount, vpnData.value(QStringLiteral("client_private_key_ref"))},
+        {kSecAttrService, vpnData.value(providerKeys::keychainService)},
+        {kSecAttrAccount, vpnData.value(providerKeys::privateKeyReference)},
         {kSecReturnData, true},
         {kSecMatchLimit, kSecMatchLimitOne},
     };
-    const auto accessGroup = vpnData.find(QStringLiteral("keychain_access_group"));
+    const auto accessGroup = vpnData.find(providerKeys::keychainAccessGroup);
     if (accessGroup != vpnData.end())
         query.insert(kSecAttrAccessGroup, *accessGroup);
     return query;
