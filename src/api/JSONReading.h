@@ -1,6 +1,6 @@
 #pragma once
 
-// How records are read. Only the unit that instantiates decode() for the records includes this.
+// How records are read. Only the units that instantiate decode() for a library's records include this.
 
 #include "api/JSON.h"
 
@@ -98,8 +98,8 @@ struct LastText
     QString string;
 };
 
-/// What one record of a list leaves for the next one: where its keys stood, and its texts, so that what a server repeats
-/// in every record, a region or a status, is converted and stored once.
+/// What one record of a list leaves for the next one: where its keys stood, and its texts, so that what a server
+/// repeats in every record, a region or a status, is converted and stored once.
 template<Record T>
 struct RecordMemory
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-// How records are written. Only the unit that instantiates toJSON() and encode() for the records includes this.
+// How records are written. Only the units that instantiate toJSON() and encode() for a library's records include this.
 
 #include "api/JSON.h"
 

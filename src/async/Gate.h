@@ -6,7 +6,6 @@
 
 #include <coroutine>
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace tarnwik::async {

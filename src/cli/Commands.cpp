@@ -1,7 +1,6 @@
 #include "cli/Commands.h"
 
 #include "async/Child.h"
-#include "async/Gate.h"
 #include "cli/PasswordPrompt.h"
 #include "cli/Report.h"
 #include "cli/TunnelWait.h"
@@ -14,7 +13,8 @@ namespace tarnwik::cli {
 
 namespace {
 
-/// One run of the program: what its command needs at hand. Lives in the coroutine of runCommand().
+/// One run of the program: what its command needs at hand. It lives in the coroutine of runCommand(), which awaits
+/// every command, and main() keeps the model until that has ended: so the commands may take both by reference.
 struct Run
 {
     Options options;

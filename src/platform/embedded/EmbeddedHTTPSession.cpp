@@ -34,14 +34,11 @@ Task<URLResponse> EmbeddedHTTPSession::data(HTTPRequest request, std::stop_token
 Task<URLResponse> EmbeddedHTTPSession::exchange(QString host, ServiceSource service, HTTPRequest request,
                                                 std::stop_token token)
 {
-    bool isStopped = false;
     try {
         co_await async::yield(token);
     } catch (const async::Cancelled &) {
-        isStopped = true;
-    }
-    if (isStopped)
         throw URLError(URLError::Cancelled);
+    }
     const QUrl url(request.url.absoluteString());
     if (url.scheme() != QStringLiteral("https"))
         throw URLError(URLError::UnsupportedURL);

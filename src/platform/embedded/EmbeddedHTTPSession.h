@@ -16,7 +16,8 @@ class CustomerService;
 class EmbeddedHTTPSession final : public HTTPSession
 {
 public:
-    /// Gives the service; called at the first request, since opening its database takes time. May throw LocalizedError.
+    /// Gives the service; called at the first request, since opening its database takes time. What it throws, a
+    /// LocalizedError, ends the request.
     using ServiceSource = std::function<std::shared_ptr<service::CustomerService>()>;
 
     EmbeddedHTTPSession(QString host, ServiceSource service);

@@ -13,6 +13,7 @@
 #include "service/Seed.h"
 
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 
 namespace tarnwik {

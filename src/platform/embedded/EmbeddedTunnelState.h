@@ -4,6 +4,8 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
+#include <utility>
 
 namespace tarnwik {
 
