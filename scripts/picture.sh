@@ -13,7 +13,7 @@ started=()
 trap 'kill "${started[@]}" 2>/dev/null || true; rm -rf "$world"' EXIT
 cat >"$world/job" <<END
 export PATH="$PWD/build/release/src/cli:\$PATH" XDG_DATA_HOME="$world/data"
-show() { printf '\n\033[1;34m\$\033[0m %s\n' "\$*"; "\$@"; }
+show() { printf '\n\033[1;34m\$\033[0m'; printf ' %q' "\$@"; echo; "\$@"; }
 printf '\033[1;34m\$\033[0m tarnwikctl --demo sign-in --email demo@tarnwik.example\nPassword: \n'
 echo demo | tarnwikctl --demo sign-in --email demo@tarnwik.example
 show tarnwikctl --demo nodes
