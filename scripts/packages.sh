@@ -4,7 +4,7 @@
 build_packages=(
   clang-19 lld-19 libclang-rt-19-dev cmake ninja-build pkg-config ca-certificates
   qt6-base-dev qcoro-qt6-dev
-  libsimdjson-dev libsodium-dev libsecret-1-dev libcpp-httplib-dev libsqlite3-dev libssl-dev
+  libsimdjson-dev libsodium-dev libsecret-1-dev libcpp-httplib-dev libsqlite3-dev libssl-dev libicu-dev
 )
 
 # What the tests add: the test frameworks, and the real daemons that the integration tests run against.

@@ -8,7 +8,8 @@
 namespace tarnwik {
 
 /// What an asynchronous operation returns. It starts at once; whoever awaits it gets its value or its exception.
-/// Every such operation takes a std::stop_token last. Tasks live on the thread that started them.
+/// Every such operation takes a std::stop_token last. Tasks live on the thread that started them. What stands alone
+/// behind co_return is moved from, be it a member: return a copy of what is to stay.
 template<typename T = void>
 using Task = QCoro::Task<T>;
 

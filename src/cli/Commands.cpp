@@ -3,47 +3,16 @@
 #include "async/Child.h"
 #include "cli/PasswordPrompt.h"
 #include "cli/Report.h"
+#include "cli/Run.h"
+#include "cli/SubscriptionCommands.h"
 #include "cli/TunnelWait.h"
 #include "cli/Watch.h"
-#include "core/AppModel.h"
 
 #include <algorithm>
 
 namespace tarnwik::cli {
 
 namespace {
-
-/// One run of the program: what its command needs at hand. It lives in the coroutine of runCommand(), which awaits
-/// every command, and main() keeps the model until that has ended: so the commands may take both by reference.
-struct Run
-{
-    Options options;
-    AppModel &model;
-    Terminal terminal;
-
-    /// Tells what went wrong in the model's last operation, if anything did.
-    ExitStatus outcome() const
-    {
-        const auto message = model.errorMessage();
-        if (message)
-            terminal.printError(*message);
-        return message ? ExitStatus::Failed : ExitStatus::Done;
-    }
-
-    ExitStatus fail(const QString &sentence) const
-    {
-        terminal.printError(sentence);
-        return ExitStatus::Failed;
-    }
-
-    void print(const QString &text, const QJsonValue &json) const
-    {
-        if (options.isJSON)
-            terminal.print(json);
-        else
-            terminal.print(text);
-    }
-};
 
 Task<ExitStatus> signIn(Run &run, std::stop_token token)
 {
@@ -167,10 +136,12 @@ Task<ExitStatus> signOut(Run &run, std::stop_token token)
     co_return status;
 }
 
-/// The tunnel is this computer's: it can be looked at and stopped without a session.
+/// The tunnel is this computer's: it can be looked at and stopped without a session. What the App Store sells is
+/// there for everybody.
 bool needsSession(Command command)
 {
-    return command != Command::SignIn && command != Command::Status && command != Command::Disconnect;
+    return command != Command::SignIn && command != Command::Status && command != Command::Disconnect
+        && command != Command::Subscriptions;
 }
 
 Task<ExitStatus> dispatch(Run &run, std::stop_token token)
@@ -197,6 +168,18 @@ Task<ExitStatus> dispatch(Run &run, std::stop_token token)
         return watch(run, token);
     case Command::SignOut:
         return signOut(run, token);
+    case Command::Subscriptions:
+        return subscriptions(run, token);
+    case Command::Subscribe:
+        return subscribe(run, token);
+    case Command::RestorePurchases:
+        return restorePurchases(run, token);
+    case Command::StorePurchase:
+    case Command::StoreRenew:
+    case Command::StoreRevoke:
+    case Command::StoreApprove:
+        // They have nothing to do with a model: runStoreCommand() is for them.
+        break;
     }
     Q_UNREACHABLE();
 }

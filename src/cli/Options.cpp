@@ -4,21 +4,35 @@
 
 #include <QCommandLineParser>
 
-#include <algorithm>
 #include <array>
 
 namespace tarnwik::cli {
 
 namespace {
 
+/// The groups that --help lists the commands in.
+enum class CommandGroup {
+    Ordinary,
+    DemoOnly,
+};
+
+/// What a command takes behind its name.
+enum class Operand {
+    None,
+    Plan,
+};
+
 struct CommandDescription
 {
     Command command;
+    /// One word, or several that follow each other.
     QString name;
     /// The options of this command alone.
     QStringList options;
     QString synopsis;
     QString summary;
+    Operand operand = Operand::None;
+    CommandGroup group = CommandGroup::Ordinary;
 };
 
 const QString emailOption = QStringLiteral("email");
@@ -30,9 +44,9 @@ const QString demoOption = QStringLiteral("demo");
 const QString helpOption = QStringLiteral("help");
 const QString versionOption = QStringLiteral("version");
 
-const std::array<CommandDescription, 9> &commands()
+const std::array<CommandDescription, 16> &commands()
 {
-    static const std::array<CommandDescription, 9> list{{
+    static const std::array<CommandDescription, 16> list{{
         {Command::SignIn,
          QStringLiteral("sign-in"),
          {emailOption, serverOption},
@@ -78,21 +92,73 @@ const std::array<CommandDescription, 9> &commands()
          {},
          QStringLiteral("sign-out"),
          QStringLiteral("End the session and the tunnel.")},
+        {Command::Subscriptions,
+         QStringLiteral("subscriptions"),
+         {},
+         QStringLiteral("subscriptions"),
+         QStringLiteral("The App Store's plans with prices; which of them are active.")},
+        {Command::Subscribe,
+         QStringLiteral("subscribe"),
+         {},
+         QStringLiteral("subscribe monthly|yearly"),
+         QStringLiteral("Buy a plan in the App Store, and pass the purchase on to the service."),
+         Operand::Plan},
+        {Command::RestorePurchases,
+         QStringLiteral("restore-purchases"),
+         {},
+         QStringLiteral("restore-purchases"),
+         QStringLiteral("Fetch what was bought before, and pass it on to the service.")},
+        {Command::StorePurchase,
+         QStringLiteral("store purchase"),
+         {},
+         QStringLiteral("store purchase monthly|yearly"),
+         QStringLiteral("Buy a plan as on another device."),
+         Operand::Plan,
+         CommandGroup::DemoOnly},
+        {Command::StoreRenew,
+         QStringLiteral("store renew"),
+         {},
+         QStringLiteral("store renew monthly|yearly"),
+         QStringLiteral("Begin the next period of an active plan."),
+         Operand::Plan,
+         CommandGroup::DemoOnly},
+        {Command::StoreRevoke,
+         QStringLiteral("store revoke"),
+         {},
+         QStringLiteral("store revoke monthly|yearly"),
+         QStringLiteral("Take an active plan back."),
+         Operand::Plan,
+         CommandGroup::DemoOnly},
+        {Command::StoreApprove,
+         QStringLiteral("store approve"),
+         {},
+         QStringLiteral("store approve"),
+         QStringLiteral("Approve the purchases that wait for approval."),
+         Operand::None,
+         CommandGroup::DemoOnly},
     }};
     return list;
 }
 
+QString commandList(CommandGroup group)
+{
+    QString text;
+    for (const auto &command : commands()) {
+        if (command.group == group)
+            text += QStringLiteral("  %1\n      %2\n").arg(command.synopsis, command.summary);
+    }
+    return text;
+}
+
 QString helpText()
 {
-    QString text = QStringLiteral("Usage: tarnwikctl [--json] [--demo] COMMAND [OPTIONS]\n"
-                                  "The Tarnwik VPN from the terminal.\n\nCommands:\n");
-    for (const auto &command : commands())
-        text += QStringLiteral("  %1\n      %2\n").arg(command.synopsis, command.summary);
-    return text
+    return QStringLiteral("Usage: tarnwikctl [--json] [--demo] COMMAND [OPTIONS]\n"
+                          "The Tarnwik VPN from the terminal.\n\nCommands:\n")
+        + commandList(CommandGroup::Ordinary) + QStringLiteral("\nDemo only:\n") + commandList(CommandGroup::DemoOnly)
         + QStringLiteral("\nOptions:\n"
                          "  --json     Print JSON: one object or list; one object a line for watch.\n"
-                         "  --demo     Use a service, keychain and VPN inside the program. The account is\n"
-                         "             demo@tarnwik.example, its password demo.\n"
+                         "  --demo     Use a service, keychain, VPN and App Store inside the program. The\n"
+                         "             account is demo@tarnwik.example, its password demo.\n"
                          "  --help     Print this text.\n"
                          "  --version  Print the version.\n"
                          "\nExit status: 0 done, 1 failed, 2 wrong usage, 3 not signed in.");
@@ -122,14 +188,50 @@ std::optional<std::chrono::seconds> parseSeconds(const QString &text)
     return isNumber && seconds >= 1 && seconds <= 86400 ? std::optional(std::chrono::seconds(seconds)) : std::nullopt;
 }
 
-std::variant<Options, Answer> optionsOf(const CommandDescription &description, const QCommandLineParser &parser)
+/// What follows the name of \a command in \a words; nothing when they do not begin with it.
+std::optional<QStringList> operandsBehind(const CommandDescription &command, const QStringList &words)
 {
+    const QStringList name = command.name.split(u' ');
+    return words.mid(0, name.size()) == name ? std::optional(words.mid(name.size())) : std::nullopt;
+}
+
+/// What is wrong with \a words, which begin with no command's name.
+Answer noSuchCommand(const QStringList &words)
+{
+    QStringList beginnings;
+    for (const auto &command : commands()) {
+        if (command.name.startsWith(words.first() + u' '))
+            beginnings << QStringLiteral("“%1”").arg(command.name.mid(words.first().size() + 1));
+    }
+    if (beginnings.isEmpty())
+        return wrongUsage(QStringLiteral("There is no command “%1”.").arg(words.first()));
+    return wrongUsage(
+        QStringLiteral("“%1” takes one of %2.").arg(words.first(), beginnings.join(QStringLiteral(", "))));
+}
+
+std::variant<Options, Answer> optionsOf(const CommandDescription &description, const QStringList &operands,
+                                        const QCommandLineParser &parser)
+{
+    std::optional<AppStoreSubscriptionPlan> plan;
+    if (description.operand == Operand::Plan) {
+        if (operands.size() == 1)
+            plan = AppStoreSubscriptionPlan::fromRawValue(operands.first());
+        if (!plan)
+            return wrongUsage(QStringLiteral("“%1” takes a plan: monthly or yearly.").arg(description.name));
+    } else if (!operands.isEmpty()) {
+        // The word itself is not repeated: it may be a password that was given by mistake.
+        return wrongUsage(QStringLiteral("“%1” takes no further words.").arg(description.name));
+    }
+    if (description.group == CommandGroup::DemoOnly && !parser.isSet(demoOption))
+        return wrongUsage(QStringLiteral("“%1” needs --demo: it changes the demo’s App Store.").arg(description.name));
+
     for (const QString &option : {emailOption, serverOption, nodeOption, waitOption}) {
         if (parser.isSet(option) && !description.options.contains(option))
             return wrongUsage(QStringLiteral("“%1” takes no --%2.").arg(description.name, option));
     }
     Options options;
     options.command = description.command;
+    options.plan = plan;
     options.isJSON = parser.isSet(jsonOption);
     options.isDemo = parser.isSet(demoOption);
     options.email = parser.value(emailOption);
@@ -168,14 +270,11 @@ std::variant<Options, Answer> parseCommandLine(const QStringList &arguments)
     const QStringList words = parser.positionalArguments();
     if (words.isEmpty())
         return wrongUsage(QStringLiteral("Which command?"));
-    const auto found = std::find_if(commands().begin(), commands().end(),
-                                    [&](const CommandDescription &command) { return command.name == words.first(); });
-    if (found == commands().end())
-        return wrongUsage(QStringLiteral("There is no command “%1”.").arg(words.first()));
-    // The word itself is not repeated: it may be a password that was given by mistake.
-    if (words.size() > 1)
-        return wrongUsage(QStringLiteral("“%1” takes no further words.").arg(found->name));
-    return optionsOf(*found, parser);
+    for (const CommandDescription &command : commands()) {
+        if (const auto operands = operandsBehind(command, words))
+            return optionsOf(command, *operands, parser);
+    }
+    return noSuchCommand(words);
 }
 
 } // namespace tarnwik::cli

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "store/AppStoreSubscriptionPlan.h"
+
 #include <QStringList>
 
 #include <chrono>
@@ -26,6 +28,13 @@ enum class Command {
     Disconnect,
     Watch,
     SignOut,
+    Subscriptions,
+    Subscribe,
+    RestorePurchases,
+    StorePurchase,
+    StoreRenew,
+    StoreRevoke,
+    StoreApprove,
 };
 
 /// What the user asked for.
@@ -38,6 +47,8 @@ struct Options
     std::optional<QString> serverURL;
     /// An exit node by its number or name.
     std::optional<QString> node;
+    /// The plan that a command is about; given exactly for those that need one.
+    std::optional<AppStoreSubscriptionPlan> plan;
     /// How long to wait for the tunnel.
     std::chrono::seconds wait{30};
 };

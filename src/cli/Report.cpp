@@ -62,6 +62,19 @@ QString nodeName(const AppModel &model)
     return node ? cell(node->name) : QStringLiteral("none");
 }
 
+std::optional<QString> displayPrice(const AppStoreSubscriptionStore &store, AppStoreSubscriptionPlan plan)
+{
+    const auto product = store.product(plan);
+    return product ? std::optional(product->displayPrice) : std::nullopt;
+}
+
+QString subscriptionState(const AppStoreSubscriptionStore &store, AppStoreSubscriptionPlan plan)
+{
+    if (store.isActive(plan))
+        return QStringLiteral("active");
+    return store.product(plan) ? QStringLiteral("not active") : QStringLiteral("unavailable");
+}
+
 } // namespace
 
 QString statusText(const AppModel &model)
@@ -166,6 +179,32 @@ QJsonArray devicesJSON(const AppModel &model)
     QJsonArray list;
     for (const CustomerDevice &device : model.devices())
         list.append(toJSON(device));
+    return list;
+}
+
+QString subscriptionsText(const AppStoreSubscriptionStore &store)
+{
+    QList<Row> rows{{QStringLiteral("PLAN"), QStringLiteral("PRICE"), QStringLiteral("STATE")}};
+    for (const AppStoreSubscriptionPlan plan : AppStoreSubscriptionPlan::allCases)
+        rows << Row{plan.title(), cell(plan.priceLine(displayPrice(store, plan))), subscriptionState(store, plan)};
+    return table(rows);
+}
+
+QJsonArray subscriptionsJSON(const AppStoreSubscriptionStore &store)
+{
+    QJsonArray list;
+    for (const AppStoreSubscriptionPlan plan : AppStoreSubscriptionPlan::allCases) {
+        const auto price = displayPrice(store, plan);
+        list.append(QJsonObject{
+            {QStringLiteral("plan"), plan.rawValue()},
+            {QStringLiteral("product_id"), plan.productID()},
+            {QStringLiteral("title"), plan.title()},
+            {QStringLiteral("price_line"), plan.priceLine(price)},
+            {QStringLiteral("display_price"), price ? QJsonValue(*price) : QJsonValue()},
+            {QStringLiteral("is_active"), store.isActive(plan)},
+            {QStringLiteral("is_available"), store.product(plan).has_value()},
+        });
+    }
     return list;
 }
 

@@ -3,9 +3,11 @@
 #include "async/Detach.h"
 #include "cli/Commands.h"
 #include "cli/Interruption.h"
+#include "cli/StoreCommands.h"
 #include "core/AppModel.h"
 #include "platform/LocalizedError.h"
 #include "platform/embedded/EmbeddedPlatform.h"
+#include "platform/embedded/store/EmbeddedStoreControl.h"
 #include "platform/linux/LinuxPlatform.h"
 
 #include <QCoreApplication>
@@ -41,6 +43,10 @@ Task<> runAndQuit(cli::Options options, AppModel &model, std::stop_token token)
 int run(const cli::Options &options)
 {
     const ScopedPlatform platform(options.isDemo ? embeddedPlatform(demoFolder()) : linuxPlatform());
+    if (cli::isStoreCommand(options.command)) {
+        const EmbeddedStoreControl control(embeddedStoreFolder(demoFolder()));
+        return int(cli::runStoreCommand(options, control, cli::Terminal()));
+    }
     AppModel model;
     std::unique_ptr<cli::Interruption> interruption;
     if (cli::isEndless(options.command))

@@ -3,8 +3,8 @@
 #include "async/Child.h"
 #include "async/OwnerGuard.h"
 #include "core/AppRuntime.h"
+#include "core/FailureText.h"
 #include "core/Platform.h"
-#include "platform/HTTPSession.h"
 #include "platform/PlatformServices.h"
 #include "platform/UserDefaults.h"
 
@@ -21,27 +21,6 @@ const QString authTokenKey = QStringLiteral("TarnwikAuthToken");
 UserDefaults &userDefaults()
 {
     return *PlatformServices::current().userDefaults;
-}
-
-/// How the user is told of a failure; nothing for one that is no news: the end of an operation that was stopped.
-std::optional<QString> userVisibleText(const std::exception_ptr &failure, const std::stop_token &token)
-{
-    try {
-        std::rethrow_exception(failure);
-    } catch (const APIErrorEnvelope &envelope) {
-        return QString(envelope.error).replace(u'_', u' ');
-    } catch (const URLError &error) {
-        const bool isNoNews = error.code() == URLError::Cancelled && token.stop_requested();
-        return isNoNews ? std::nullopt : std::optional(error.localizedDescription());
-    } catch (const LocalizedError &error) {
-        return error.localizedDescription();
-    } catch (const async::Cancelled &) {
-        return std::nullopt;
-    } catch (const std::exception &error) {
-        return QString::fromUtf8(error.what());
-    } catch (...) {
-        return QStringLiteral("The operation couldn’t be completed.");
-    }
 }
 
 } // namespace
@@ -88,7 +67,7 @@ Task<> AppModel::runLoading(std::function<Task<>()> operation, std::stop_token t
     if (!guard.isAlive())
         co_return;
     if (failure) {
-        if (const auto text = userVisibleText(failure, token))
+        if (const auto text = failureText(failure, token))
             m_errorMessage = text;
     }
     m_isLoading = false;

@@ -27,4 +27,10 @@ private:
     QByteArray m_what;
 };
 
+/// The text of \a error for the user: its own where it has one.
+QString localizedDescription(const std::exception &error);
+
+/// The same for what was caught as anything.
+QString localizedDescription(const std::exception_ptr &failure);
+
 } // namespace tarnwik

@@ -7,6 +7,7 @@ namespace tarnwik {
 namespace async {
 class Clock;
 }
+class AppStore;
 class HTTPSession;
 class InformationDictionary;
 class KeychainServices;
@@ -24,6 +25,7 @@ struct PlatformServices
     std::shared_ptr<HTTPSession> httpSession;
     std::shared_ptr<KeychainServices> keychain;
     std::shared_ptr<TunnelManager> tunnelManager;
+    std::shared_ptr<AppStore> appStore;
     std::shared_ptr<async::Clock> clock;
 
     PlatformServices();

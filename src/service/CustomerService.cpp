@@ -45,6 +45,7 @@ void checkForm(const SignInRequest &request)
 CustomerService::CustomerService(const CustomerServiceOptions &options)
     : m_database(options.databasePath, options.seed, options.passwordCost)
     , m_now(options.now)
+    , m_storeRoot(options.storeRoot)
 {
 }
 
@@ -109,7 +110,7 @@ ServiceResponse CustomerService::inSession(const ServiceRequest &request, Operat
         // Whoever may not come in may still go out.
         if (operation != endSession)
             checkActive(readAccount(database, *accountId));
-        return operation({database, request, *accountId, token, pathId, now});
+        return operation({database, request, *accountId, token, pathId, now, m_storeRoot});
     });
 }
 

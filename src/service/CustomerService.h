@@ -13,6 +13,8 @@ struct CustomerServiceOptions
     Seed seed;
     PasswordCost passwordCost = PasswordCost::Interactive;
     TimeSource now = systemTime;
+    /// Whose signature under App Store transactions is good. Without it none is.
+    StoreRootSource storeRoot = nullptr;
 };
 
 /// The customer REST API without the network: a request goes in, its answer comes out. Everything it knows is in its
@@ -40,6 +42,7 @@ private:
 
     ServiceDatabase m_database;
     TimeSource m_now;
+    StoreRootSource m_storeRoot;
 };
 
 } // namespace tarnwik::service

@@ -2,6 +2,7 @@
 
 #include "service/Database.h"
 #include "service/ServiceMessages.h"
+#include "service/StoreRoot.h"
 #include "service/Time.h"
 
 namespace tarnwik::service {
@@ -17,6 +18,7 @@ struct SessionCall
     /// The number in the path, for the operations whose path has one.
     qint64 pathId;
     Moment now;
+    const StoreRootSource &storeRoot;
 };
 
 /// GET session: the signed-in account.
@@ -40,7 +42,7 @@ ServiceResponse createNodeProfile(const SessionCall &call);
 /// GET device-profiles/ID/tunnel-profile: the same profile again, as its device's active one.
 ServiceResponse readTunnelProfile(const SessionCall &call);
 
-/// POST subscription/apple/transactions.
+/// POST subscription/apple/transactions: what the app store sold, if its signature is good.
 ServiceResponse syncAppleTransaction(const SessionCall &call);
 
 } // namespace tarnwik::service

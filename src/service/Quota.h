@@ -6,6 +6,9 @@
 
 namespace tarnwik::service {
 
+/// How many bytes a gigabyte of a plan has.
+inline constexpr qint64 bytesPerGigabyte = qint64(1024) * 1024 * 1024;
+
 /// How many bytes the account may still use: of its billing cycle's quota where it has one, else of its whole quota.
 inline qint64 remainingBytes(const Account &account)
 {

@@ -1,5 +1,8 @@
 #include "service/Schema.h"
 
+#include "service/Seed.h"
+#include "service/SubscriptionTables.h"
+
 #include <sqlite3.h>
 
 namespace tarnwik::service {
@@ -8,11 +11,13 @@ namespace {
 
 /// Marks a database as this service's: "Trnw".
 constexpr qint64 applicationId = 0x54726e77;
-/// The version of the tables. One that changes them adds the steps from each older version to createTables().
-constexpr qint64 schemaVersion = 1;
+/// The version of the tables. One that changes them adds its step to upgradeTables(), so that a database of any version
+/// before becomes one of this version.
+constexpr qint64 schemaVersion = 2;
 
-// Times are in milliseconds since 1970, in UTC. A node keeps its tunnel as JSON: it is read as a whole and never searched.
-constexpr char tables[] = R"sql(
+// Version 1. Times are in milliseconds since 1970, in UTC. A node keeps its tunnel as JSON: it is read as a whole and
+// never searched.
+constexpr char firstTables[] = R"sql(
 CREATE TABLE settings (
     name TEXT PRIMARY KEY,
     value ANY NOT NULL
@@ -99,10 +104,42 @@ CREATE TABLE profiles (
 ) STRICT;
 )sql";
 
+// Version 2: what the app store sells, which account each subscription belongs to, and the latest period of each account.
+constexpr char subscriptionTables[] = R"sql(
+CREATE TABLE subscription_products (
+    product_id TEXT PRIMARY KEY,
+    plan_gb INTEGER NOT NULL,
+    monthly_price_cents INTEGER NOT NULL
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE subscriptions (
+    original_transaction_id TEXT PRIMARY KEY,
+    account_id INTEGER NOT NULL REFERENCES accounts
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE subscription_periods (
+    account_id INTEGER PRIMARY KEY REFERENCES accounts,
+    transaction_id TEXT NOT NULL,
+    bought_at INTEGER NOT NULL
+) STRICT;
+)sql";
+
 qint64 number(Database &database, const char *sql)
 {
     Statement statement = database.prepare(sql);
     return statement.step() ? statement.integer(0) : 0;
+}
+
+qint64 version(Database &database)
+{
+    return number(database, "PRAGMA user_version");
+}
+
+/// Marks \a database as this service's and of this version.
+void sign(Database &database)
+{
+    database.runScript(qPrintable(
+        QStringLiteral("PRAGMA application_id = %1; PRAGMA user_version = %2").arg(applicationId).arg(schemaVersion)));
 }
 
 } // namespace
@@ -110,7 +147,7 @@ qint64 number(Database &database, const char *sql)
 bool isEmpty(Database &database)
 {
     return number(database, "SELECT count(*) FROM sqlite_schema") == 0 && number(database, "PRAGMA application_id") == 0
-        && number(database, "PRAGMA user_version") == 0;
+        && version(database) == 0;
 }
 
 void checkOwner(Database &database)
@@ -119,7 +156,7 @@ void checkOwner(Database &database)
         return;
     if (number(database, "PRAGMA application_id") != applicationId)
         throw ForeignDatabaseError(QStringLiteral("it belongs to another program"));
-    if (number(database, "PRAGMA user_version") != schemaVersion)
+    if (version(database) < 1 || version(database) > schemaVersion)
         throw ForeignDatabaseError(QStringLiteral("it was made by another version of the service"));
     Statement check = database.prepare("PRAGMA quick_check(1)");
     if (!check.step() || check.text(0) != QLatin1String("ok"))
@@ -128,9 +165,19 @@ void checkOwner(Database &database)
 
 void createTables(Database &database)
 {
-    database.runScript(tables);
-    database.runScript(qPrintable(
-        QStringLiteral("PRAGMA application_id = %1; PRAGMA user_version = %2").arg(applicationId).arg(schemaVersion)));
+    database.runScript(firstTables);
+    database.runScript(subscriptionTables);
+    sign(database);
+}
+
+void upgradeTables(Database &database)
+{
+    if (version(database) < 2) {
+        database.runScript(subscriptionTables);
+        insertProducts(database, defaultSubscriptionProducts());
+    }
+    if (version(database) < schemaVersion)
+        sign(database);
 }
 
 } // namespace tarnwik::service

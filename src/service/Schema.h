@@ -10,7 +10,7 @@ class ForeignDatabaseError final : public LocalizedError
     using LocalizedError::LocalizedError;
 };
 
-/// Makes sure that \a database is empty or this service's own, undamaged and of a version that is understood. Only
+/// Makes sure that \a database is empty or this service's own, undamaged, and of this version or an older one. Only
 /// reads. Throws ForeignDatabaseError or DatabaseError.
 void checkOwner(Database &database);
 
@@ -19,5 +19,9 @@ bool isEmpty(Database &database);
 
 /// Makes the tables in an empty database.
 void createTables(Database &database);
+
+/// Brings the tables of an older version up to this one, and keeps all that is in them. What is up to date stays as it
+/// is. To be called within a transaction: half an upgrade would be none.
+void upgradeTables(Database &database);
 
 } // namespace tarnwik::service

@@ -66,6 +66,12 @@ Seed decodeSeed(const QByteArray &json)
 
 } // namespace
 
+QList<SubscriptionProduct> defaultSubscriptionProducts()
+{
+    return {{.productId = QStringLiteral("tarnwik.sub.monthly"), .planGb = 500, .monthlyPriceCents = 1499},
+            {.productId = QStringLiteral("tarnwik.sub.yearly"), .planGb = 1000, .monthlyPriceCents = 999}};
+}
+
 Seed parseSeed(const QByteArray &json)
 {
     const Seed seed = decodeSeed(json);

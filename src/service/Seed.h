@@ -16,6 +16,9 @@ class SeedError final : public LocalizedError
 /// The usage rate of a seed that names none, in bytes a second.
 inline constexpr qint64 defaultUsageBytesPerSecond = 250'000;
 
+/// The products of a seed that names none, and of databases that were made before there were products.
+QList<SubscriptionProduct> defaultSubscriptionProducts();
+
 /// Reads and checks a seed in JSON. Throws SeedError.
 Seed parseSeed(const QByteArray &json);
 

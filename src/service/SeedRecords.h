@@ -60,17 +60,37 @@ struct SeedAccount
     }
 };
 
+/// What the app store sells under one product identifier, and what it grants.
+struct SubscriptionProduct
+{
+    QString productId;
+    /// The quota of one period.
+    qint64 planGb = 0;
+    /// What the account shows as its price, whatever the store charged.
+    qint64 monthlyPriceCents = 0;
+
+    static consteval auto keyTable()
+    {
+        return std::tuple(key("productId", &SubscriptionProduct::productId),
+                          key("planGb", &SubscriptionProduct::planGb),
+                          key("monthlyPriceCents", &SubscriptionProduct::monthlyPriceCents));
+    }
+};
+
 /// What an empty database starts with.
 struct Seed
 {
     /// How many bytes a second each active profile is taken to carry.
     std::optional<qint64> usageBytesPerSecond;
+    /// Absent for defaultSubscriptionProducts().
+    std::optional<QList<SubscriptionProduct>> subscriptionProducts;
     QList<SeedAccount> accounts;
     QList<SeedNode> nodes;
 
     static consteval auto keyTable()
     {
-        return std::tuple(key("usageBytesPerSecond", &Seed::usageBytesPerSecond), key("accounts", &Seed::accounts),
+        return std::tuple(key("usageBytesPerSecond", &Seed::usageBytesPerSecond),
+                          key("subscriptionProducts", &Seed::subscriptionProducts), key("accounts", &Seed::accounts),
                           key("nodes", &Seed::nodes));
     }
 };

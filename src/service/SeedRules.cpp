@@ -120,6 +120,14 @@ void checkNode(const SeedNode &entry, const Place &place)
     checkTunnel(entry, place / "tunnel");
 }
 
+void checkProduct(const SubscriptionProduct &product, const Place &place)
+{
+    constexpr qint64 largest = 1'000'000'000;
+    (place / "product_id").requireName(product.productId);
+    (place / "plan_gb").require(product.planGb > 0 && product.planGb <= largest, "must be from 1 to 1000000000");
+    (place / "monthly_price_cents").requireNotNegative(product.monthlyPriceCents);
+}
+
 /// Requires that \a value was not in \a seen, where it is then.
 template<typename T>
 void requireNew(QSet<T> &seen, const T &value, const Place &place)
@@ -137,6 +145,13 @@ void checkSeed(const Seed &seed)
     Place(QStringLiteral("usage_bytes_per_second"))
         .require(rate >= 0 && rate <= fastest, "must be from 0 to 1000000000000");
 
+    QSet<QString> productIds;
+    const Place products(QStringLiteral("subscription_products"));
+    const auto sold = seed.subscriptionProducts.value_or(QList<SubscriptionProduct>());
+    for (qsizetype index = 0; index < sold.size(); ++index) {
+        checkProduct(sold[index], products[index]);
+        requireNew(productIds, sold[index].productId, products[index] / "product_id");
+    }
     QSet<qint64> accountIds;
     QSet<QString> emails;
     const Place accounts(QStringLiteral("accounts"));

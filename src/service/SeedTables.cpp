@@ -2,6 +2,7 @@
 
 #include "api/JSON.h"
 #include "service/Seed.h"
+#include "service/SubscriptionTables.h"
 
 namespace tarnwik::service {
 
@@ -36,6 +37,7 @@ void insertSeed(Database &database, const Seed &seed, PasswordCost cost)
     // What a sign-in for an unknown address is checked against, so that it takes as long as one for a known address.
     database.run("INSERT INTO settings VALUES ('decoy_password_hash', ?)",
                  hashPassword(QString::fromLatin1(makeToken()), cost));
+    insertProducts(database, seed.subscriptionProducts.value_or(defaultSubscriptionProducts()));
     for (const SeedAccount &entry : seed.accounts)
         insertAccount(database, entry, cost);
     for (qsizetype index = 0; index < seed.nodes.size(); ++index)

@@ -27,6 +27,8 @@ Database openDatabase(const QString &path, const Seed &seed, PasswordCost cost)
         if (isEmpty(database)) {
             createTables(database);
             insertSeed(database, seed, cost);
+        } else {
+            upgradeTables(database);
         }
     });
     return database;

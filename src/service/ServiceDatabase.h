@@ -19,8 +19,8 @@ class ServiceDatabase
 {
 public:
     /// Opens the file at \a path, or a database in memory for ":memory:". An empty one gets the tables and \a seed; one
-    /// with data keeps it, whatever the seed says. A file that holds anything else is left as it is. Throws
-    /// ServiceDatabaseError.
+    /// with data keeps it, whatever the seed says, and one of an older version is brought up to this one. A file that
+    /// holds anything else is left as it is. Throws ServiceDatabaseError.
     ServiceDatabase(const QString &path, const Seed &seed, PasswordCost cost);
 
     /// Runs \a work, which takes the Database, in a transaction of its own, which is undone if it throws.

@@ -51,21 +51,37 @@ protected:
 TEST_F(TarnwikctlCompletion, offersTheCommandsAndOptionsOfTheHelp)
 {
     const QStringList commands = matches(help(), "^  ([a-z][a-z-]*)(?= |$)");
-    EXPECT_EQ(commands.size(), 9);
+    EXPECT_EQ(commands.size(), 13);
     EXPECT_EQ(completions(words("tarnwikctl") << QString()), sorted(commands + commonOptions()));
-    EXPECT_EQ(completions(words("tarnwikctl --demo s")), words("sign-in sign-out status"));
+    EXPECT_EQ(completions(words("tarnwikctl --demo s")),
+              words("sign-in sign-out status store subscribe subscriptions"));
 }
 
-TEST_F(TarnwikctlCompletion, offersEachCommandItsOwnOptions)
+TEST_F(TarnwikctlCompletion, offersEachCommandItsOwnWordsAndOptions)
 {
-    const QString helpText = help();
-    for (const QString &command : matches(helpText, "^  ([a-z][a-z-]*)(?= |$)")) {
-        const QString synopsis =
-            matches(helpText, qPrintable(QStringLiteral("^  (%1(?: .*)?)$").arg(command))).value(0);
-        EXPECT_EQ(completions({QStringLiteral("tarnwikctl"), command, QString()}),
-                  sorted(matches(synopsis, "(--\\w+)") + commonOptions()))
-            << command.toStdString();
+    const QStringList synopses = matches(help(), "^  ([a-z][a-z-]*(?: .*)?)$");
+    EXPECT_EQ(synopses.size(), 16);
+    for (const QString &synopsis : synopses) {
+        // A synopsis is the command's words, then words to choose from, then options.
+        const QStringList command = matches(synopsis, "^([a-z][a-z-]*(?: [a-z]+(?= |$))?)").first().split(u' ');
+        const QStringList choices = matches(synopsis, "(?<=[ |])([a-z]+)(?=\\||$)");
+        const QStringList operands = synopsis.contains(u'|') && !synopsis.contains(u'[') ? choices : QStringList();
+        EXPECT_EQ(completions(words("tarnwikctl") + command + QStringList{QString()}),
+                  sorted(operands + matches(synopsis, "(--\\w+)") + commonOptions()))
+            << synopsis.toStdString();
     }
+}
+
+TEST_F(TarnwikctlCompletion, offersTheSecondWordsOfACommand)
+{
+    const QStringList changes = matches(help(), "^  store ([a-z]+)");
+    EXPECT_EQ(changes.size(), 4);
+    EXPECT_EQ(completions(words("tarnwikctl store") << QString()), sorted(changes + commonOptions()));
+    EXPECT_EQ(completions(words("tarnwikctl --demo store re")), words("renew revoke"));
+    EXPECT_EQ(completions(words("tarnwikctl store purchase m")), words("monthly"));
+    EXPECT_EQ(completions(words("tarnwikctl store approve m")), QStringList());
+    EXPECT_EQ(completions(words("tarnwikctl --json subscribe --demo y")), words("yearly"));
+    EXPECT_EQ(completions(words("tarnwikctl subscribe monthly") << QString()), commonOptions());
 }
 
 TEST_F(TarnwikctlCompletion, leavesValuesToTheUser)

@@ -11,6 +11,8 @@ endfunction()
 
 tarnwikctl_test(tarnwikctl_demo_test TarnwikctlCompletionTest.cpp TarnwikctlDemoTest.cpp TarnwikctlPasswordTest.cpp
                 TarnwikctlWatchTest.cpp)
+tarnwikctl_test(tarnwikctl_subscription_test TarnwikctlSubscriptionTest.cpp)
+target_link_libraries(tarnwikctl_subscription_test PRIVATE tarnwik_service)
 tarnwikctl_test(tarnwikctl_server_test ServiceProcess.h TarnwikctlAnswersTest.cpp TarnwikctlFilesTest.cpp
                 TarnwikctlServerTest.cpp)
 
@@ -22,3 +24,11 @@ tarnwik_test(service_client_test
   TIMEOUT 60)
 target_compile_definitions(service_client_test PRIVATE TARNWIK_SERVICE_PROGRAM="$<TARGET_FILE:tarnwik-service>")
 add_dependencies(service_client_test tarnwik-service)
+
+# A purchase, from the store through the real service to the account.
+tarnwik_test(subscription_chain_test
+  SOURCES ServiceProcess.h SubscriptionChainTest.cpp
+  LINK tarnwik_core tarnwik_platform_qt tarnwik_store_embedded tarnwik_test_platform Qt6::Network
+  TIMEOUT 60)
+target_compile_definitions(subscription_chain_test PRIVATE TARNWIK_SERVICE_PROGRAM="$<TARGET_FILE:tarnwik-service>")
+add_dependencies(subscription_chain_test tarnwik-service)

@@ -1,33 +1,17 @@
 #include "support/Certificate.h"
 
+#include "jws/OpenSSLPointers.h"
+
 #include <QHostAddress>
 
-#include <openssl/ec.h>
-#include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
 
-#include <memory>
 #include <stdexcept>
 
 namespace tarnwik::test {
 
 namespace {
-
-template<auto Free>
-struct Freer
-{
-    template<typename T>
-    void operator()(T *object) const
-    {
-        Free(object);
-    }
-};
-
-using Key = std::unique_ptr<EVP_PKEY, Freer<EVP_PKEY_free>>;
-using X509Certificate = std::unique_ptr<X509, Freer<X509_free>>;
-using Extension = std::unique_ptr<X509_EXTENSION, Freer<X509_EXTENSION_free>>;
-using Memory = std::unique_ptr<BIO, Freer<BIO_free>>;
 
 void require(bool succeeded)
 {
@@ -39,7 +23,7 @@ void addExtension(X509 *certificate, int identifier, const QByteArray &value)
 {
     X509V3_CTX context;
     X509V3_set_ctx(&context, certificate, certificate, nullptr, nullptr, 0);
-    const Extension extension(X509V3_EXT_conf_nid(nullptr, &context, identifier, value.constData()));
+    const openssl::Extension extension(X509V3_EXT_conf_nid(nullptr, &context, identifier, value.constData()));
     require(extension && X509_add_ext(certificate, extension.get(), -1));
 }
 
@@ -54,8 +38,8 @@ QByteArray contents(BIO *memory)
 
 Certificate makeSelfSignedCertificate(const QString &host, std::chrono::seconds validFor)
 {
-    const Key key(EVP_EC_gen("P-256"));
-    const X509Certificate certificate(X509_new());
+    const openssl::Key key(EVP_EC_gen("P-256"));
+    const openssl::Certificate certificate(X509_new());
     require(key && certificate);
 
     X509_set_version(certificate.get(), X509_VERSION_3);
@@ -75,8 +59,8 @@ Certificate makeSelfSignedCertificate(const QString &host, std::chrono::seconds 
     addExtension(certificate.get(), NID_basic_constraints, "critical,CA:TRUE");
     require(X509_sign(certificate.get(), key.get(), EVP_sha256()) > 0);
 
-    const Memory certificateText(BIO_new(BIO_s_mem()));
-    const Memory keyText(BIO_new(BIO_s_mem()));
+    const openssl::Memory certificateText(BIO_new(BIO_s_mem()));
+    const openssl::Memory keyText(BIO_new(BIO_s_mem()));
     require(PEM_write_bio_X509(certificateText.get(), certificate.get()));
     require(PEM_write_bio_PrivateKey(keyText.get(), key.get(), nullptr, nullptr, 0, nullptr, nullptr));
     return {contents(certificateText.get()), contents(keyText.get())};

@@ -75,6 +75,7 @@ PlatformServices TestPlatform::services() const
     services.httpSession = httpSession;
     services.keychain = keychain;
     services.tunnelManager = tunnelManager;
+    services.appStore = appStore;
     services.clock = clock;
     return services;
 }

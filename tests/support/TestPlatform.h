@@ -4,6 +4,7 @@
 #include "platform/KeychainServices.h"
 #include "platform/PlatformServices.h"
 #include "platform/UserDefaults.h"
+#include "support/FakeAppStore.h"
 #include "support/FakeHTTPSession.h"
 #include "support/FakeTunnelManager.h"
 #include "support/ManualClock.h"
@@ -71,6 +72,7 @@ struct TestPlatform
     std::shared_ptr<FakeHTTPSession> httpSession = std::make_shared<FakeHTTPSession>();
     std::shared_ptr<MemoryKeychain> keychain = std::make_shared<MemoryKeychain>();
     std::shared_ptr<FakeTunnelManager> tunnelManager = std::make_shared<FakeTunnelManager>();
+    std::shared_ptr<FakeAppStore> appStore = std::make_shared<FakeAppStore>();
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
 
     TestPlatform();

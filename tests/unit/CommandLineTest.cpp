@@ -45,6 +45,54 @@ TEST(CommandLine, knowsEveryCommand)
     EXPECT_EQ(optionsOf("tarnwikctl disconnect").command, Command::Disconnect);
     EXPECT_EQ(optionsOf("tarnwikctl watch").command, Command::Watch);
     EXPECT_EQ(optionsOf("tarnwikctl sign-out").command, Command::SignOut);
+    EXPECT_EQ(optionsOf("tarnwikctl subscriptions").command, Command::Subscriptions);
+    EXPECT_EQ(optionsOf("tarnwikctl subscribe monthly").command, Command::Subscribe);
+    EXPECT_EQ(optionsOf("tarnwikctl restore-purchases").command, Command::RestorePurchases);
+    EXPECT_EQ(optionsOf("tarnwikctl --demo store purchase monthly").command, Command::StorePurchase);
+    EXPECT_EQ(optionsOf("tarnwikctl --demo store renew monthly").command, Command::StoreRenew);
+    EXPECT_EQ(optionsOf("tarnwikctl --demo store revoke monthly").command, Command::StoreRevoke);
+    EXPECT_EQ(optionsOf("tarnwikctl --demo store approve").command, Command::StoreApprove);
+}
+
+TEST(CommandLine, takesAPlanByItsName)
+{
+    EXPECT_EQ(optionsOf("tarnwikctl subscribe monthly").plan, AppStoreSubscriptionPlan::monthly);
+    EXPECT_EQ(optionsOf("tarnwikctl --json subscribe yearly --demo").plan, AppStoreSubscriptionPlan::yearly);
+    EXPECT_EQ(optionsOf("tarnwikctl store --demo renew --json yearly").plan, AppStoreSubscriptionPlan::yearly);
+    EXPECT_EQ(optionsOf("tarnwikctl subscriptions").plan, std::nullopt);
+    EXPECT_EQ(optionsOf("tarnwikctl --demo store approve").plan, std::nullopt);
+}
+
+TEST(CommandLine, saysWhatIsWrongWithAPlan)
+{
+    for (const char *line : {"tarnwikctl subscribe", "tarnwikctl subscribe Monthly", "tarnwikctl subscribe weekly",
+                             "tarnwikctl subscribe monthly yearly", "tarnwikctl subscribe tarnwik.sub.monthly"}) {
+        EXPECT_EQ(answerTo(line).status, ExitStatus::WrongUsage) << line;
+        EXPECT_TRUE(answerTo(line).text.startsWith(text("“subscribe” takes a plan: monthly or yearly.\n"))) << line;
+    }
+    EXPECT_TRUE(answerTo("tarnwikctl --demo store revoke")
+                    .text.startsWith(text("“store revoke” takes a plan: monthly or yearly.\n")));
+}
+
+TEST(CommandLine, changesTheDemosStoreOnly)
+{
+    for (const char *change : {"purchase monthly", "renew monthly", "revoke yearly", "approve"}) {
+        const QString line = text("tarnwikctl store ") + text(change);
+        const Answer answer = answerTo(line.toUtf8().constData());
+        EXPECT_EQ(answer.status, ExitStatus::WrongUsage) << change;
+        EXPECT_TRUE(answer.text.contains(text("needs --demo"))) << answer.text.toStdString();
+        EXPECT_TRUE(optionsOf((line + text(" --demo")).toUtf8().constData()).isDemo) << change;
+    }
+}
+
+TEST(CommandLine, namesWhatAnIncompleteCommandTakes)
+{
+    for (const char *line : {"tarnwikctl --demo store", "tarnwikctl --demo store dance"}) {
+        EXPECT_EQ(answerTo(line).status, ExitStatus::WrongUsage) << line;
+        EXPECT_TRUE(
+            answerTo(line).text.startsWith(text("“store” takes one of “purchase”, “renew”, “revoke”, “approve”.\n")))
+            << answerTo(line).text.toStdString();
+    }
 }
 
 TEST(CommandLine, takesOptionsBeforeAndBehindTheCommand)
@@ -67,6 +115,8 @@ TEST(CommandLine, refusesWrongUsage)
          {"tarnwikctl", "tarnwikctl dance", "tarnwikctl status now", "tarnwikctl sign-in", "tarnwikctl --nodes",
           "tarnwikctl sign-in --email", "tarnwikctl status --node 3", "tarnwikctl nodes --wait 3",
           "tarnwikctl connect --email e", "tarnwikctl connect --wait 0", "tarnwikctl connect --wait -1",
+          "tarnwikctl subscriptions monthly", "tarnwikctl restore-purchases monthly",
+          "tarnwikctl --demo store approve monthly", "tarnwikctl subscribe monthly --wait 3",
           "tarnwikctl connect --wait soon", "tarnwikctl connect --wait 86401", "tarnwikctl connect --wait 1.5"})
         EXPECT_EQ(answerTo(line).status, ExitStatus::WrongUsage) << line;
 }
@@ -86,8 +136,12 @@ TEST(CommandLine, explainsItself)
     const Answer help = answerTo("tarnwikctl --help");
     EXPECT_EQ(help.status, ExitStatus::Done);
     for (const char *word : {"sign-in", "status", "account", "nodes", "devices", "connect", "disconnect", "watch",
-                             "sign-out", "--json", "--demo", "--email", "--server", "--node", "--wait", "Exit status"})
+                             "sign-out", "subscriptions", "subscribe monthly|yearly", "restore-purchases", "--json",
+                             "--demo", "--email", "--server", "--node", "--wait", "Exit status"})
         EXPECT_TRUE(help.text.contains(text(word))) << word;
+    const QString demoCommands = help.text.section(text("\nDemo only:\n"), 1).section(text("\nOptions:\n"), 0, 0);
+    EXPECT_EQ(demoCommands.count(text("  store ")), 4);
+    EXPECT_EQ(help.text.count(text("  store ")), 4);
     EXPECT_EQ(answerTo("tarnwikctl -h").text, help.text);
     EXPECT_TRUE(answerTo("tarnwikctl --version").text.startsWith(text("tarnwikctl ")));
 }

@@ -45,10 +45,11 @@ protected:
 
     std::unique_ptr<CustomerService> makeService() const
     {
-        return std::make_unique<CustomerService>(CustomerServiceOptions{
-            .databasePath = m_databasePath, .seed = m_seed, .passwordCost = PasswordCost::Least, .now = [this] {
-                return m_now;
-            }});
+        return std::make_unique<CustomerService>(CustomerServiceOptions{.databasePath = m_databasePath,
+                                                                        .seed = m_seed,
+                                                                        .passwordCost = PasswordCost::Least,
+                                                                        .now = [this] { return m_now; },
+                                                                        .storeRoot = m_storeRoot});
     }
 
     /// The one account of the built-in seed, or the one of \a index.
@@ -135,6 +136,7 @@ protected:
     }
 
     Seed m_seed = builtInSeed();
+    StoreRootSource m_storeRoot = nullptr;
     QString m_databasePath = QStringLiteral(":memory:");
     Moment m_now{std::chrono::sys_days{std::chrono::year{2026} / 5 / 4} + std::chrono::hours(12)};
 

@@ -195,7 +195,7 @@ INSTANTIATE_TEST_SUITE_P(Transaction, ServiceBadField,
                                          BadField{"subscription/apple/transactions", "signed_transaction_jws",
                                                   text("AAAA.e30.AAAA"), "signed_transaction_jws"}));
 
-TEST_F(ServiceRequests, aWellFormedTransactionIsRefusedAsLongAsNothingChecksItsSignature)
+TEST_F(ServiceRequests, aWellFormedTransactionIsRefusedWhereNothingVouchesForSignatures)
 {
     const QByteArray token = signIn();
     EXPECT_EQ(outcome(send("POST", QStringLiteral("subscription/apple/transactions"),

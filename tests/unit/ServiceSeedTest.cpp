@@ -49,6 +49,16 @@ TEST(ServiceSeed, theBuiltInOneHasTheDemoAccountAndFiveNodesOneOfThemOffline)
               1);
 }
 
+TEST(ServiceSeed, theBuiltInOneSellsTheProductsOfASeedThatNamesNone)
+{
+    Seed named;
+    named.subscriptionProducts = builtInSeed().subscriptionProducts;
+    Seed assumed;
+    assumed.subscriptionProducts = defaultSubscriptionProducts();
+    EXPECT_EQ(toJSON(named), toJSON(assumed));
+    EXPECT_EQ(assumed.subscriptionProducts->size(), 2);
+}
+
 TEST(ServiceSeed, mayBeEmpty)
 {
     EXPECT_EQ(toJSON(parseSeed(R"({"accounts":[],"nodes":[]})")), toJSON(Seed()));
@@ -109,6 +119,16 @@ TEST(ServiceSeed, valuesThatCannotBeAreNamedByTheirPath)
               "The seed is refused: nodes[0].tunnel.allowed_ips[0] is no network such as 0.0.0.0/0.");
     EXPECT_EQ(refusal(R"("jc": 4)", R"("jc": -4)"),
               "The seed is refused: nodes[0].tunnel.amneziawg must hold numbers from 0 to 4294967295.");
+    EXPECT_EQ(refusal("tarnwik.sub.monthly", ""),
+              "The seed is refused: subscription_products[0].product_id must be 1 to 128 printable characters.");
+    EXPECT_EQ(refusal("tarnwik.sub.yearly", "tarnwik.sub.monthly"),
+              "The seed is refused: subscription_products[1].product_id appears twice.");
+    EXPECT_EQ(refusal(R"("plan_gb": 500)", R"("plan_gb": 0)"),
+              "The seed is refused: subscription_products[0].plan_gb must be from 1 to 1000000000.");
+    EXPECT_EQ(refusal(R"("plan_gb": 500)", R"("plan_gb": 1000000001)"),
+              "The seed is refused: subscription_products[0].plan_gb must be from 1 to 1000000000.");
+    EXPECT_EQ(refusal(R"("monthly_price_cents": 1499)", R"("monthly_price_cents": -1)"),
+              "The seed is refused: subscription_products[0].monthly_price_cents must not be negative.");
     EXPECT_EQ(refusal(R"("usage_bytes_per_second": 1)", R"("usage_bytes_per_second": -1)"),
               "The seed is refused: usage_bytes_per_second must be from 0 to 1000000000000.");
 }

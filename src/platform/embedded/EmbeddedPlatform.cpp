@@ -8,6 +8,8 @@
 #include "platform/embedded/EmbeddedHTTPSession.h"
 #include "platform/embedded/EmbeddedTunnelManager.h"
 #include "platform/embedded/FileKeychain.h"
+#include "platform/embedded/store/EmbeddedAppStore.h"
+#include "platform/embedded/store/EmbeddedStoreControl.h"
 #include "platform/qt/SettingsUserDefaults.h"
 #include "service/CustomerService.h"
 #include "service/Seed.h"
@@ -32,15 +34,18 @@ public:
     }
 };
 
-/// The service of this process, opened when it is first needed: every copy of what this returns gives the same one.
-EmbeddedHTTPSession::ServiceSource serviceIn(const QString &path)
+/// The service of this process, opened when it is first needed: every copy of what this returns gives the same one. It
+/// takes what was bought in the store in \a storeFolder.
+EmbeddedHTTPSession::ServiceSource serviceIn(const QString &path, const QString &storeFolder)
 {
     const auto opened = std::make_shared<std::shared_ptr<service::CustomerService>>();
-    return [path, opened] {
+    return [path, storeFolder, opened] {
         if (!*opened) {
             service::CustomerServiceOptions options;
             options.databasePath = path;
             options.seed = service::builtInSeed();
+            // Asked at each transaction: the store has no root before its first one.
+            options.storeRoot = [storeFolder] { return embeddedStoreRoot(storeFolder); };
             *opened = std::make_shared<service::CustomerService>(options);
         }
         return *opened;
@@ -67,7 +72,8 @@ PlatformServices embeddedPlatform(const QString &folder)
     QDir().mkpath(folder);
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const QDir files(folder);
-    const auto service = serviceIn(files.filePath(QStringLiteral("service.sqlite")));
+    const QString storeFolder = embeddedStoreFolder(folder);
+    const auto service = serviceIn(files.filePath(QStringLiteral("service.sqlite")), storeFolder);
     PlatformServices services;
     services.clock = std::make_shared<async::SystemClock>();
     services.informationDictionary = std::make_shared<DemoInformationDictionary>();
@@ -77,6 +83,7 @@ PlatformServices embeddedPlatform(const QString &folder)
     // A folder of its own: the other files change too, and these changes are none of the tunnel's.
     services.tunnelManager = std::make_shared<EmbeddedTunnelManager>(files.filePath(QStringLiteral("vpn/tunnel.json")),
                                                                      services.clock, usageFollowing(service));
+    services.appStore = embeddedAppStore(storeFolder, services.clock);
     return services;
 }
 

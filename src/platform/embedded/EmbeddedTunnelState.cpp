@@ -1,11 +1,12 @@
 #include "platform/embedded/EmbeddedTunnelState.h"
 
+#include "platform/OwnFile.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLockFile>
-#include <QSaveFile>
 
 namespace tarnwik {
 
@@ -100,9 +101,7 @@ void EmbeddedTunnelFile::write(const EmbeddedTunnelState &state) const
                                   {configurationKey, QJsonObject::fromVariantMap(protocol->providerConfiguration)}});
     }
     // The preshared key is in it: it is its owner's alone.
-    QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)
-        || file.write(QJsonDocument(object).toJson()) < 0 || !file.commit())
+    if (replaceOwnFile(m_path, QJsonDocument(object).toJson()))
         throw writeError(m_path);
 }
 

@@ -1,6 +1,7 @@
 #include "platform/embedded/FileKeychain.h"
 
 #include "platform/KeychainQuery.h"
+#include "platform/OwnFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,7 +10,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLockFile>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <chrono>
@@ -21,7 +21,6 @@ namespace tarnwik {
 namespace {
 
 constexpr std::chrono::milliseconds lockLimit = std::chrono::seconds(5);
-constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 const QString serviceKey = QStringLiteral("service");
 const QString accountKey = QStringLiteral("account");
@@ -111,12 +110,8 @@ void writeItems(const QString &path, const Items &items)
     for (const Item &item : items) {
         array.append(jsonFromItem(item));
     }
-    // The file belongs to its owner alone before there is anything in it.
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(ownerOnly)
-        || file.write(QJsonDocument(array).toJson()) < 0 || !file.commit()) {
+    if (replaceOwnFile(path, QJsonDocument(array).toJson()))
         throw FileKeychainError(errSecIO);
-    }
 }
 
 // Reads the items, lets \a change change them, and writes them back, while no other process does the same.

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
 #include "async/Clock.h"
+#include "platform/EmptyAppStore.h"
 #include "platform/linux/NetworkManagerTunnelManager.h"
 #include "platform/linux/SecretServiceKeychain.h"
 #include "platform/qt/FileInformationDictionary.h"
@@ -38,6 +39,7 @@ PlatformServices linuxPlatform()
     services.httpSession = std::make_shared<QtHTTPSession>(services.clock);
     services.keychain = std::make_shared<SecretServiceKeychain>();
     services.tunnelManager = std::make_shared<NetworkManagerTunnelManager>(services.keychain);
+    services.appStore = emptyAppStore();
     return services;
 }
 

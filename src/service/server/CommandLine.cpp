@@ -14,6 +14,9 @@ Serves the customer REST API on this computer, for development and tests.
   --address ADDRESS   listen on this loopback address (default: 127.0.0.1)
   --database FILE     keep the data in FILE (default: :memory:)
   --seed FILE         what an empty database starts with (default: built in)
+  --store-root FILE   accept App Store transactions signed under this root
+                      certificate (PEM), which is read at each of them
+                      (default: accept none)
   --certificate FILE  serve https with this certificate (PEM)
   --key FILE          the certificate's private key (PEM)
   --verbose           write method, path and status of each request to stderr
@@ -57,6 +60,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     const QCommandLineOption address = option("address", "ADDRESS");
     const QCommandLineOption database = option("database", "FILE");
     const QCommandLineOption seed = option("seed", "FILE");
+    const QCommandLineOption storeRoot = option("store-root", "FILE");
     const QCommandLineOption certificate = option("certificate", "FILE");
     const QCommandLineOption key = option("key", "FILE");
     const QCommandLineOption verbose = option("verbose");
@@ -64,7 +68,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     const QCommandLineOption version = option("version");
 
     QCommandLineParser parser;
-    parser.addOptions({port, address, database, seed, certificate, key, verbose, help, version});
+    parser.addOptions({port, address, database, seed, storeRoot, certificate, key, verbose, help, version});
     if (!parser.parse(arguments))
         throw CommandLineError(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
@@ -88,6 +92,8 @@ CommandLine parseCommandLine(const QStringList &arguments)
         line.databasePath = parser.value(database);
     if (parser.isSet(seed))
         line.seedPath = parser.value(seed);
+    if (parser.isSet(storeRoot))
+        line.storeRootPath = parser.value(storeRoot);
     return line;
 }
 

@@ -19,6 +19,8 @@ struct CommandLine
     QString databasePath = QStringLiteral(":memory:");
     /// Absent for the built-in seed.
     std::optional<QString> seedPath;
+    /// Where the app store's root certificate is looked for. Absent when no transaction is to be accepted.
+    std::optional<QString> storeRootPath;
     /// What to print instead of serving: the help or the version.
     std::optional<QString> information;
 };

@@ -35,8 +35,9 @@ sigset_t blockEndSignals()
 int serve(const CommandLine &line)
 {
     const sigset_t endSignals = blockEndSignals();
-    CustomerService service(
-        {.databasePath = line.databasePath, .seed = line.seedPath ? readSeedFile(*line.seedPath) : builtInSeed()});
+    CustomerService service({.databasePath = line.databasePath,
+                             .seed = line.seedPath ? readSeedFile(*line.seedPath) : builtInSeed(),
+                             .storeRoot = line.storeRootPath ? storeRootInFile(*line.storeRootPath) : nullptr});
     HTTPServer server(service, line.server);
     std::thread([&server] { server.run(); }).detach();
     print(stdout, QStringLiteral("Listening on %1\n").arg(server.origin()));
