@@ -1,8 +1,8 @@
 # The libraries that the programs stand on. scripts/packages.sh names the Debian packages that hold them.
 find_package(Threads REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network DBus)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network DBus Gui Widgets Qml Quick QuickControls2 Svg)
 if(TARNWIK_TESTS)
-  find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Test QuickTest)
 endif()
 find_package(QCoro6 0.8 REQUIRED COMPONENTS Core)
 find_package(simdjson REQUIRED)

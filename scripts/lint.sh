@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Checks the source without running it: formatting, and clang-tidy with every warning an error.
+# Checks the source without running it: formatting, and clang-tidy and qmllint with every warning an error.
 #
-# usage: lint.sh [FILE...]    only these source files, named from the project's folder
+# usage: lint.sh [FILE...]    only these C++ sources, named from the project's folder
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -29,6 +29,11 @@ log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 printf '%s\0' "${sources[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy-19 -p build/debug --quiet >"$log" 2>&1 ||
   { grep -vE 'warnings? generated|Processing file' "$log" >&2; exit 1; }
+
+echo "Checking the QML…"
+# The modules are checked as the build lays them out, since only there each finds its own types.
+mapfile -t screens < <(find build/debug/qml -name '*.qml' | sort; git ls-files -co --exclude-standard 'tests/*.qml')
+/usr/lib/qt6/bin/qmllint -I build/debug/qml "${screens[@]}" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
 
 echo "Checking the scripts…"
 git ls-files -coz --exclude-standard '*.sh' '.ci/run' | xargs -0 -n 1 bash -n

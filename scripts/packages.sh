@@ -1,9 +1,13 @@
 # Which Debian packages the project needs, and how they are installed. Sourced by the other scripts.
 
-# What it takes to build and run the programs.
+# What it takes to build and run the programs: the compiler, the libraries, and what the application loads by name (QML
+# modules, its typeface).
 build_packages=(
   clang-19 lld-19 libclang-rt-19-dev cmake ninja-build pkg-config ca-certificates
   qt6-base-dev qcoro-qt6-dev
+  qt6-declarative-dev qt6-declarative-dev-tools qt6-declarative-private-dev qt6-svg-dev
+  qml6-module-qtquick qml6-module-qtquick-templates qml6-module-qtquick-layouts qml6-module-qtquick-window
+  qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript fonts-inter
   libsimdjson-dev libsodium-dev libsecret-1-dev libcpp-httplib-dev libsqlite3-dev libssl-dev libicu-dev
 )
 
@@ -12,12 +16,17 @@ test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev curl python3 python3-gi gir1.2-glib-2.0 gir1.2-gcr-3
   dbus dbus-bin gnome-keyring libsecret-tools network-manager
   wireguard-go wireguard-tools iproute2 iputils-ping util-linux
+  qml6-module-qttest
+  appstream desktop-file-utils man-db
 )
 
 # What the checks on the source add.
 lint_packages=(clang-format-19 clang-tidy-19 git)
 
-# What the picture in the README is taken with.
+# A virtual desktop, where the application is shown to nobody, and pictures of it.
+desktop_packages=(xvfb openbox xdotool imagemagick dbus dbus-bin python3)
+
+# What the picture of the terminal is taken with.
 picture_packages=(xvfb xterm imagemagick fonts-dejavu-core)
 
 # install_packages NAME...: installs those that are missing, and touches neither apt nor the network when none is.

@@ -8,6 +8,7 @@ namespace async {
 class Clock;
 }
 class AppStore;
+class Desktop;
 class HTTPSession;
 class InformationDictionary;
 class KeychainServices;
@@ -26,6 +27,7 @@ struct PlatformServices
     std::shared_ptr<KeychainServices> keychain;
     std::shared_ptr<TunnelManager> tunnelManager;
     std::shared_ptr<AppStore> appStore;
+    std::shared_ptr<Desktop> desktop;
     std::shared_ptr<async::Clock> clock;
 
     PlatformServices();

@@ -76,6 +76,7 @@ PlatformServices TestPlatform::services() const
     services.keychain = keychain;
     services.tunnelManager = tunnelManager;
     services.appStore = appStore;
+    services.desktop = desktop;
     services.clock = clock;
     return services;
 }

@@ -5,6 +5,7 @@
 #include "platform/PlatformServices.h"
 #include "platform/UserDefaults.h"
 #include "support/FakeAppStore.h"
+#include "support/FakeDesktop.h"
 #include "support/FakeHTTPSession.h"
 #include "support/FakeTunnelManager.h"
 #include "support/ManualClock.h"
@@ -73,6 +74,7 @@ struct TestPlatform
     std::shared_ptr<MemoryKeychain> keychain = std::make_shared<MemoryKeychain>();
     std::shared_ptr<FakeTunnelManager> tunnelManager = std::make_shared<FakeTunnelManager>();
     std::shared_ptr<FakeAppStore> appStore = std::make_shared<FakeAppStore>();
+    std::shared_ptr<FakeDesktop> desktop = std::make_shared<FakeDesktop>();
     std::shared_ptr<ManualClock> clock = std::make_shared<ManualClock>();
 
     TestPlatform();

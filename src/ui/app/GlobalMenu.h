@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QMenu>
+#include <QObject>
+
+#include <memory>
+
+class QMenuBar;
+class QWindow;
+
+namespace tarnwik {
+
+class ApplicationActions;
+
+/// The application menu for desktops that show the menus of all programs in one bar. It is made once such a desktop
+/// has answered; elsewhere it costs nothing but a question. Lives on the main thread.
+class GlobalMenu final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// \a window is the one that the menu belongs to; it and \a actions must outlive this object.
+    GlobalMenu(QDBusConnection bus, QWindow *window, ApplicationActions *actions);
+    ~GlobalMenu() override;
+
+private:
+    void ask(QDBusConnection bus);
+    void make();
+    void addItems();
+    void attach();
+
+    QWindow *const m_window;
+    ApplicationActions *const m_actions;
+    QDBusServiceWatcher m_watcher;
+    std::unique_ptr<QMenu> m_menu;
+    std::unique_ptr<QMenuBar> m_menuBar;
+};
+
+} // namespace tarnwik

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+
+namespace tarnwik {
+
+/// \a text as the title of an item in a menu that the desktop shows for the program: so that every character of it is
+/// seen, where "&" and "_" mark the key of an item, and that it stays one line.
+QString menuText(const QString &text);
+
+} // namespace tarnwik

@@ -1,0 +1,141 @@
+#include "ui/app/TarnwikApp.h"
+
+#include "platform/PlatformServices.h"
+#include "ui/app/AccessibilityFactory.h"
+#include "ui/app/GlobalMenu.h"
+#include "ui/app/TarnwikMenuBarLabel.h"
+#include "ui/app/TarnwikMenuBarView.h"
+#include "ui/app/TrayHost.h"
+#include "ui/app/WindowPlaceKeeper.h"
+#include "ui/screens/ScreensModule.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QQmlComponent>
+#include <QQuickWindow>
+#include <QtQml/qqmlextensionplugin.h>
+
+Q_IMPORT_QML_PLUGIN(Tarnwik_ShellPlugin)
+
+namespace tarnwik {
+
+namespace {
+
+QUrl component(const QString &name)
+{
+    return QStringLiteral("qrc:/qt/qml/Tarnwik/%1.qml").arg(name);
+}
+
+QVariant object(QObject *object)
+{
+    return QVariant::fromValue(object);
+}
+
+} // namespace
+
+TarnwikApp::TarnwikApp(WindowPlaceFile windowPlace)
+    : m_desktop(PlatformServices::current().desktop)
+    , m_appModelFacade(&m_appModel)
+    , m_vpnControllerFacade(m_appModel.vpnController())
+    , m_subscriptionsFacade(&m_appModel, &m_appStoreSubscriptions)
+    , m_desktopFacade(m_desktop)
+    , m_actions(&m_appModel, m_desktop)
+    , m_tasks(&m_appModel, &m_appStoreSubscriptions)
+    , m_portalSettings(QDBusConnection::sessionBus(), &m_appearance)
+    , m_mainWindow(&m_engine, component(QStringLiteral("MainWindow")),
+                   {{QStringLiteral("appModel"), object(&m_appModelFacade)},
+                    {QStringLiteral("vpnController"), object(&m_vpnControllerFacade)},
+                    {QStringLiteral("appStoreSubscriptions"), object(&m_subscriptionsFacade)},
+                    {QStringLiteral("actions"), object(&m_actions)},
+                    {QStringLiteral("tasks"), object(&m_tasks)},
+                    {QStringLiteral("desktop"), object(&m_desktopFacade)}})
+    , m_settingsWindow(&m_engine, component(QStringLiteral("SettingsWindow")),
+                       {{QStringLiteral("appModel"), object(&m_appModelFacade)},
+                        {QStringLiteral("actions"), object(&m_actions)},
+                        {QStringLiteral("tasks"), object(&m_tasks)},
+                        {QStringLiteral("desktop"), object(&m_desktopFacade)}})
+{
+    addScreensModule(m_engine);
+    QObject::connect(&m_actions, &ApplicationActions::openMainWindowRequested, this, &TarnwikApp::openMainWindow);
+    QObject::connect(&m_actions, &ApplicationActions::settingsRequested, this, &TarnwikApp::openSettings);
+    QObject::connect(&m_actions, &ApplicationActions::quitRequested, this, [this] { m_desktop->terminate(); });
+    QObject::connect(&m_mainWindow, &WindowScene::closed, this, &TarnwikApp::windowClosed);
+    QObject::connect(&m_settingsWindow, &WindowScene::closed, this, &TarnwikApp::windowClosed);
+    new WindowPlaceKeeper(std::move(windowPlace), m_mainWindow.window());
+}
+
+TarnwikApp::~TarnwikApp() = default;
+
+void TarnwikApp::applicationDidFinishLaunching()
+{
+    // A minimised window, or one on another desktop, has no picture to wait for.
+    constexpr std::chrono::seconds longestWait(1);
+    m_portalSettings.takeWhatHasCome();
+    followAppearance();
+    // Before the window is shown: a screen reader asks about each control as soon as it is, and Qt keeps the answer.
+    installAccessibilityFactory();
+    auto *timer = new QTimer(this);
+    timer->setSingleShot(true);
+    timer->callOnTimeout(this, [this, timer] {
+        timer->deleteLater();
+        afterFirstPicture();
+    });
+    timer->start(longestWait);
+    QObject::connect(
+        m_mainWindow.window(), &QQuickWindow::frameSwapped, timer, [timer] { timer->start(0); },
+        Qt::SingleShotConnection);
+    openMainWindow();
+}
+
+void TarnwikApp::openMainWindow()
+{
+    m_mainWindow.open();
+    m_desktop->setRegularActivationPolicy();
+    m_desktop->activateIgnoringOtherApps();
+}
+
+void TarnwikApp::openSettings()
+{
+    m_settingsWindow.open();
+}
+
+void TarnwikApp::followAppearance()
+{
+    QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Tarnwik/Shell/AppearanceFollower.qml")));
+    auto *follower = component.createWithInitialProperties({{QStringLiteral("appearance"), object(&m_appearance)}});
+    if (!follower)
+        qFatal("%s", qUtf8Printable(component.errorString()));
+    follower->setParent(&m_engine);
+}
+
+void TarnwikApp::afterFirstPicture()
+{
+    QGuiApplication::setWindowIcon(
+        QIcon::fromTheme(QGuiApplication::desktopFileName(), QIcon(QStringLiteral(":/tarnwik/TarnwikIcon.svg"))));
+    // The menu-bar view appears, whether or not the desktop has a place for it yet.
+    m_tasks.begin(AppearanceTasks::MenuBar);
+    m_globalMenu = std::make_unique<GlobalMenu>(QDBusConnection::sessionBus(), m_mainWindow.window(), &m_actions);
+    m_trayHost = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
+    QObject::connect(m_trayHost.get(), &TrayHost::isPresentChanged, this, &TarnwikApp::updateMenuBarExtra);
+}
+
+void TarnwikApp::updateMenuBarExtra()
+{
+    // Made once: when the desktop's tray goes and comes back, Qt takes the icon there itself.
+    if (!m_trayHost->isPresent() || m_menuBarLabel)
+        return;
+    m_menuBarView = std::make_unique<TarnwikMenuBarView>(&m_appModelFacade, &m_vpnControllerFacade, &m_actions);
+    QObject::connect(m_menuBarView.get(), &QMenu::aboutToShow, this,
+                     [this] { m_tasks.begin(AppearanceTasks::MenuBar); });
+    m_menuBarLabel = std::make_unique<TarnwikMenuBarLabel>(m_menuBarView.get(), &m_appearance);
+    QObject::connect(m_menuBarLabel.get(), &TarnwikMenuBarLabel::pressed, this, &TarnwikApp::openMainWindow);
+}
+
+void TarnwikApp::windowClosed()
+{
+    const bool isInTray = m_trayHost && m_trayHost->isPresent();
+    if (!isInTray && !m_mainWindow.isOpen() && !m_settingsWindow.isOpen())
+        m_desktop->terminate();
+}
+
+} // namespace tarnwik

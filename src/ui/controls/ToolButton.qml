@@ -1,0 +1,20 @@
+import QtQuick
+import Tarnwik.Controls
+
+/// A symbol that can be pressed, without a frame at rest. Its accessible name is its tooltip too.
+Button {
+    id: button
+
+    implicitWidth: implicitHeight
+    leftPadding: 0
+    rightPadding: 0
+    fill: !enabled ? "transparent" : down ? Theme.rowPressed : hovered ? Theme.rowHover : "transparent"
+    stroke: "transparent"
+    tint: enabled ? Theme.secondary : Theme.disabledText
+
+    HoverToolTip {
+        owner: button
+        isWanted: button.hovered && !button.down
+        text: button.Accessible.name
+    }
+}

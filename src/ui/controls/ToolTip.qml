@@ -1,0 +1,33 @@
+import QtQuick
+import QtQuick.Templates as T
+import Tarnwik.Controls
+
+/// A few words about what the pointer rests on, below it.
+T.ToolTip {
+    id: tip
+
+    implicitWidth: Math.min(Math.ceil(implicitContentWidth) + leftPadding + rightPadding, Theme.tooltipMaximumWidth)
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    y: parent ? parent.height + 4 : 0
+    margins: 6
+    horizontalPadding: 8
+    verticalPadding: 5
+    delay: 600
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent | T.Popup.CloseOnReleaseOutsideParent
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: Theme.card
+        border.color: Theme.controlBorder
+    }
+
+    contentItem: Label {
+        textStyle: "caption"
+        text: tip.text
+        wrapMode: Text.Wrap
+        // A text of kilobytes would cover the screen.
+        maximumLineCount: 12
+        elide: Text.ElideRight
+        Accessible.role: Accessible.ToolTip
+    }
+}

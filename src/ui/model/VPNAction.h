@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/AppModel.h"
+#include "ui/model/Action.h"
+
+namespace tarnwik {
+
+struct ModelState;
+
+/// Connect or Disconnect, whichever the tunnel's status allows; the status in words while it changes.
+class VPNAction final : public Action
+{
+    Q_OBJECT
+    Q_PROPERTY(int state READ state NOTIFY stateChanged)
+    Q_PROPERTY(bool isEnabledOnScreen READ isEnabledOnScreen NOTIFY stateChanged)
+
+public:
+    /// \a model must outlive this object.
+    explicit VPNAction(AppModel *model);
+
+    /// A VPNActionState: vpn_action_states names them for QML.
+    int state() const { return m_state; }
+
+    /// Whether the Connect screen offers it, which does not ask for a session as the menus do.
+    bool isEnabledOnScreen() const { return m_isEnabledOnScreen; }
+
+    /// Connects or disconnects. Nothing happens while neither menu nor screen offers it.
+    void trigger() override;
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    static Look look(const ModelState &state, const VPNController &controller);
+    void update();
+
+    AppModel *m_model;
+    int m_state = 0;
+    bool m_isEnabledOnScreen = false;
+};
+
+} // namespace tarnwik

@@ -1,0 +1,42 @@
+// Components that a loader or a list makes cannot be bound in Qt 6.4.
+// qmllint disable unqualified
+import QtQuick
+import Tarnwik.Controls
+
+/// Opens the application's menu below it. The menu is built when it is asked for first.
+ToolButton {
+    id: button
+
+    required property var actions
+
+    readonly property ApplicationMenu menu: loader.item as ApplicationMenu
+
+    /// How the button came to the focus that it has back after the menu.
+    property int menuReason: Qt.OtherFocusReason
+    property bool isWorkedByKeyboard: false
+
+    objectName: "menuButton"
+    symbol: "line.3.horizontal"
+    Accessible.name: "Menu"
+    readonly property int accessibleRole: Accessible.ButtonMenu
+    Accessible.role: accessibleRole
+    onClicked: {
+        menuReason = focusReason;
+        isWorkedByKeyboard = visualFocus;
+        loader.active = true;
+        menu.visible ? menu.close() : menu.open();
+    }
+
+    Loader {
+        id: loader
+
+        active: false
+        sourceComponent: ApplicationMenu {
+            parent: button
+            actions: button.actions
+            // A menu leaves the focus nowhere.
+            onOpened: currentIndex = button.isWorkedByKeyboard ? 0 : -1
+            onClosed: button.forceActiveFocus(button.menuReason)
+        }
+    }
+}

@@ -1,0 +1,78 @@
+#include "ui/app/TrayHost.h"
+
+#include "support/EventLoop.h"
+#include "support/SessionBus.h"
+#include "support/tray/TestTrayWatcher.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace tarnwik {
+
+namespace {
+
+using namespace std::chrono_literals;
+using test::spinUntil;
+using test::TestTrayWatcher;
+
+class TrayHostTest : public testing::Test
+{
+protected:
+    static bool waitFor(const TrayHost &host, bool isPresent)
+    {
+        return spinUntil([&] { return host.isPresent() == isPresent; });
+    }
+
+    test::SessionBus m_bus;
+    std::optional<TestTrayWatcher> m_watcher;
+};
+
+TEST_F(TrayHostTest, isPresentWhereThereIsOne)
+{
+    m_watcher.emplace(m_bus.connection(), true);
+    const TrayHost host(m_bus.connection());
+    EXPECT_FALSE(host.isPresent());
+    EXPECT_TRUE(waitFor(host, true));
+}
+
+TEST_F(TrayHostTest, isAbsentWithoutAWatcher)
+{
+    const TrayHost host(m_bus.connection());
+    test::spinFor(100ms);
+    EXPECT_FALSE(host.isPresent());
+}
+
+TEST_F(TrayHostTest, comesAndGoesWithTheWatcher)
+{
+    const TrayHost host(m_bus.connection());
+    test::spinFor(50ms);
+    m_watcher.emplace(m_bus.connection(), true);
+    EXPECT_TRUE(waitFor(host, true));
+    m_watcher.reset();
+    EXPECT_TRUE(waitFor(host, false));
+    m_watcher.emplace(m_bus.connection(), true);
+    EXPECT_TRUE(waitFor(host, true));
+}
+
+TEST_F(TrayHostTest, aWatcherWithoutAPanelIsNoHost)
+{
+    m_watcher.emplace(m_bus.connection(), false);
+    const TrayHost host(m_bus.connection());
+    test::spinFor(100ms);
+    EXPECT_FALSE(host.isPresent());
+    m_watcher->setHasHost(true);
+    EXPECT_TRUE(waitFor(host, true));
+    m_watcher->setHasHost(false);
+    EXPECT_TRUE(waitFor(host, false));
+}
+
+TEST_F(TrayHostTest, withoutABusThereIsNone)
+{
+    const TrayHost host(QDBusConnection(QStringLiteral("no such connection")));
+    test::spinFor(50ms);
+    EXPECT_FALSE(host.isPresent());
+}
+
+} // namespace
+} // namespace tarnwik
