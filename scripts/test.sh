@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs every test: once as people debug it, and once more under the sanitizers.
+# Runs every test: once as people debug it, once more under the sanitizers, and the checks of what is written for macOS.
 #
 # usage: test.sh [PRESET...]    only these presets (debug, asan)
 set -euo pipefail
@@ -26,6 +26,12 @@ for preset in "$@"; do
     sed -nE 's/^SKIPPED: //p; /: Skipped$/{n;p}' | sort -u)
   skipped+=("${reasons[@]/#/$preset: }")
 done
+
+scripts/check-macos.sh | tee "$log" || status=1
+read -r good bad < <(sed -nE 's/^macOS: ([0-9]+) passed, ([0-9]+) failed.*/\1 \2/p' "$log")
+total=$((total + good + bad)) failed=$((failed + bad))
+mapfile -t reasons < <(sed -n 's/^SKIPPED: //p' "$log")
+skipped+=("${reasons[@]/#/macOS: }")
 
 # Said again at the end, where it is not overlooked.
 echo

@@ -6,9 +6,9 @@
 #include "cli/StoreCommands.h"
 #include "core/AppModel.h"
 #include "platform/LocalizedError.h"
+#include "platform/SystemPlatform.h"
 #include "platform/embedded/EmbeddedPlatform.h"
 #include "platform/embedded/store/EmbeddedStoreControl.h"
-#include "platform/linux/LinuxPlatform.h"
 
 #include <QCoreApplication>
 
@@ -42,7 +42,7 @@ Task<> runAndQuit(cli::Options options, AppModel &model, std::stop_token token)
 
 int run(const cli::Options &options)
 {
-    const ScopedPlatform platform(options.isDemo ? embeddedPlatform(demoFolder()) : linuxPlatform());
+    const ScopedPlatform platform(options.isDemo ? embeddedPlatform(demoFolder()) : systemPlatform());
     if (cli::isStoreCommand(options.command)) {
         const EmbeddedStoreControl control(embeddedStoreFolder(demoFolder()));
         return int(cli::runStoreCommand(options, control, cli::Terminal()));
@@ -61,6 +61,7 @@ int run(const cli::Options &options)
 
 int main(int argc, char **argv)
 {
+    prepareSystemPlatform();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tarnwikctl"));
     const auto parsed = cli::parseCommandLine(QCoreApplication::arguments());

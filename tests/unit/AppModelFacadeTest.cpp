@@ -1,6 +1,5 @@
 #include "ui/model/AppModelFacade.h"
 #include "UIModelFixture.h"
-#include "ui/model/DesktopFacade.h"
 #include "ui/model/VPNActionStates.h"
 #include "ui/model/VPNControllerFacade.h"
 
@@ -265,16 +264,6 @@ TEST_F(VPNControllerFacadeTest, tellsNothingOfAStatusThatReadsTheSame)
     EXPECT_EQ(changes.count(), 1) << "another label";
     setStatus(VPNStatus::Disconnected);
     EXPECT_EQ(changes.count(), 2);
-}
-
-TEST(DesktopFacade, passesLinksOnAndTellsWhatCameOfIt)
-{
-    const auto desktop = std::make_shared<FakeDesktop>();
-    tarnwik::DesktopFacade facade(desktop);
-    EXPECT_TRUE(facade.openURL(text("https://example.com")));
-    desktop->opens = false;
-    EXPECT_FALSE(facade.openURL(text("file:///etc/passwd")));
-    EXPECT_EQ(desktop->openedURLs, QStringList({text("https://example.com"), text("file:///etc/passwd")}));
 }
 
 } // namespace tarnwik::test

@@ -36,6 +36,14 @@ TEST_F(TrayHostTest, isPresentWhereThereIsOne)
     EXPECT_TRUE(waitFor(host, true));
 }
 
+TEST_F(TrayHostTest, aMenuBarThatIsAlwaysThereIsNotAskedFor)
+{
+    const TrayHost host(m_bus.connection(), DesktopMenuBar::Always);
+    EXPECT_TRUE(host.isPresent());
+    test::settleEvents();
+    EXPECT_TRUE(host.isPresent());
+}
+
 TEST_F(TrayHostTest, isAbsentWithoutAWatcher)
 {
     const TrayHost host(m_bus.connection());

@@ -91,7 +91,9 @@ protected:
     AppModelFacade m_appModel{&m_model};
     VPNControllerFacade m_vpnController{m_model.vpnController()};
     ApplicationActions m_actions{&m_model, m_platform.desktop};
-    TarnwikMenuBarView m_menu{&m_appModel, &m_vpnController, &m_actions};
+    AppStoreSubscriptionStore m_store;
+    AppearanceTasks m_tasks{&m_model, &m_store};
+    TarnwikMenuBarView m_menu{&m_appModel, &m_vpnController, &m_actions, &m_tasks};
 };
 
 TEST_F(TrayMenu, signedOutItOffersWhatNeedsNoSession)
@@ -160,7 +162,7 @@ TEST_F(TrayMenu, tenThousandNodesCostNothingBeforeTheyAreLookedAt)
     signIn();
     QElapsedTimer clock;
     clock.start();
-    const TarnwikMenuBarView another(&m_appModel, &m_vpnController, &m_actions);
+    const TarnwikMenuBarView another(&m_appModel, &m_vpnController, &m_actions, &m_tasks);
     EXPECT_LT(clock.elapsed(), 50);
     EXPECT_EQ(exitNodeMenu()->actions().size(), 1);
 }
@@ -274,12 +276,61 @@ TEST_F(TrayMenu, itsItemsHaveNoKeys)
         EXPECT_TRUE(item->shortcut().isEmpty()) << item->text().toStdString();
 }
 
+TEST_F(TrayMenu, eachTimeThatItOpensItAsksForTheStatusAndWhatTheUserIsEntitledTo)
+{
+    m_configuration = m_platform.tunnelManager->addSaved(text("Tarnwik"));
+    for (const auto &[status, label] :
+         {std::pair(VPNStatus::Connected, "Connected"), std::pair(VPNStatus::Disconnected, "Disconnected")}) {
+        m_configuration->currentStatus = status;
+        m_platform.appStore->operations.clear();
+        Q_EMIT m_menu.aboutToShow();
+        EXPECT_TRUE(spinUntil([&] { return m_tasks.runningCount() == 0; }));
+        EXPECT_EQ(visibleItems()[0]->text(), text(label));
+        EXPECT_TRUE(m_platform.appStore->operations.contains(text("entitlements")));
+        Q_EMIT m_menu.aboutToHide();
+    }
+}
+
+TEST_F(TrayMenu, withItTheStoresTaskGoesAndTheStatusIsStillTaken)
+{
+    m_platform.appStore->held = {text("products")};
+    m_platform.tunnelManager->held = {text("loadAll")};
+    m_platform.tunnelManager->addSaved(text("Tarnwik"))->currentStatus = VPNStatus::Connected;
+    Q_EMIT m_menu.aboutToShow();
+    settleEvents();
+    EXPECT_TRUE(m_store.isLoadingProducts());
+    Q_EMIT m_menu.aboutToHide();
+    settleEvents();
+    EXPECT_FALSE(m_store.isLoadingProducts());
+    EXPECT_FALSE(m_platform.appStore->operations.contains(text("entitlements")));
+    m_platform.tunnelManager->release();
+    EXPECT_TRUE(spinUntil([&] { return visibleItems()[0]->text() == text("Connected"); }));
+}
+
+TEST_F(TrayMenu, openedAgainWithoutHavingBeenClosedItRunsTheStoresTaskOnce)
+{
+    m_platform.appStore->held = {text("products")};
+    Q_EMIT m_menu.aboutToShow();
+    Q_EMIT m_menu.aboutToShow();
+    settleEvents();
+    EXPECT_EQ(m_tasks.runningCount(), 1);
+}
+
 TEST(MenuText, everyCharacterIsShown)
 {
     EXPECT_EQ(menuText(text("Frankfurt · fra-1")), text("Frankfurt · fra-1"));
     EXPECT_EQ(menuText(text("fra_1")), text("fra__1"));
     EXPECT_EQ(menuText(text("A&B & C")), text("A&&B & C"));
     EXPECT_EQ(menuText(text("two\nlines\tand a tab")), text("two lines and a tab"));
+}
+
+TEST(MenuText, whatIsLongerThanAMenuIsWideIsElided)
+{
+    const QString longest(80, u'a');
+    EXPECT_EQ(menuText(longest), longest);
+    EXPECT_EQ(menuText(longest + u'a'), longest.first(79) + u'\u2026');
+    EXPECT_EQ(menuText(QString(10'000, u'_')), QString(158, u'_') + u'\u2026') << "cut before it is escaped";
+    EXPECT_EQ(menuText(longest.first(78) + text("😀😀")), longest.first(78) + u'\u2026') << "no half characters";
 }
 
 } // namespace

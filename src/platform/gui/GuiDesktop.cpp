@@ -1,34 +1,19 @@
 #include "platform/gui/GuiDesktop.h"
 
+#include "platform/OutgoingLink.h"
+
 #include <QDesktopServices>
 #include <QGuiApplication>
-#include <QUrl>
 #include <QWindow>
 
 #include <algorithm>
 
 namespace tarnwik {
 
-namespace {
-
-bool isWebAddress(const QUrl &url)
-{
-    return (url.scheme() == QStringLiteral("https") || url.scheme() == QStringLiteral("http")) && !url.host().isEmpty();
-}
-
-bool isMailAddress(const QUrl &url)
-{
-    return url.scheme() == QStringLiteral("mailto") && !url.path().isEmpty();
-}
-
-} // namespace
-
 bool GuiDesktop::openURL(const QString &url)
 {
-    const QUrl address(url, QUrl::StrictMode);
-    if (!address.isValid() || (!isWebAddress(address) && !isMailAddress(address)))
-        return false;
-    return QDesktopServices::openUrl(address);
+    const auto link = outgoingLink(url);
+    return link && QDesktopServices::openUrl(*link);
 }
 
 void GuiDesktop::activateIgnoringOtherApps()

@@ -1,6 +1,7 @@
 #include "ui/app/AccessibilityFactory.h"
 
 #include <QAccessible>
+#include <QQuickWindow>
 #include <QtQuick/private/qaccessiblequickitem_p.h>
 #include <QtQuick/private/qquickflickable_p.h>
 #include <QtQuick/private/qquickitem_p.h>
@@ -16,8 +17,8 @@ class AccessibleItem final : public QAccessibleQuickItem
 public:
     using QAccessibleQuickItem::QAccessibleQuickItem;
 
-    /// Qt 6.4 never reports that an item is disabled, as later versions do, and says of every label that it takes the
-    /// focus.
+    /// Qt 6.4 never reports that an item is disabled, as later versions do. It says of every label that it takes the
+    /// focus, and of whatever surrounds the focused control that it has it too.
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleQuickItem::state();
@@ -29,6 +30,8 @@ public:
         const bool isShownOnly = role() == QAccessible::StaticText || role() == QAccessible::ScrollBar;
         if (item && isShownOnly && !item->activeFocusOnTab())
             state.focusable = false;
+        if (item && item->window() && item->window()->activeFocusItem() != item)
+            state.focused = false;
         return state;
     }
 

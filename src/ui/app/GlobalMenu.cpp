@@ -18,11 +18,15 @@ const QString registrar = QStringLiteral("com.canonical.AppMenu.Registrar");
 
 } // namespace
 
-GlobalMenu::GlobalMenu(QDBusConnection bus, QWindow *window, ApplicationActions *actions)
+GlobalMenu::GlobalMenu(QDBusConnection bus, DesktopMenuBar menuBar, QWindow *window, ApplicationActions *actions)
     : m_window(window)
     , m_actions(actions)
     , m_watcher(registrar, bus, QDBusServiceWatcher::WatchForRegistration)
 {
+    if (menuBar == DesktopMenuBar::Always) {
+        make();
+        return;
+    }
     QObject::connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &GlobalMenu::make);
     ask(std::move(bus));
 }

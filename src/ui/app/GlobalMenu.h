@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/gui/SystemDesktop.h"
+
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QMenu>
@@ -15,14 +17,14 @@ namespace tarnwik {
 class ApplicationActions;
 
 /// The application menu for desktops that show the menus of all programs in one bar. It is made once such a desktop
-/// has answered; elsewhere it costs nothing but a question. Lives on the main thread.
+/// has answered, or at once where every desktop has such a bar; elsewhere it costs nothing but a question. Lives on the main thread.
 class GlobalMenu final : public QObject
 {
     Q_OBJECT
 
 public:
     /// \a window is the one that the menu belongs to; it and \a actions must outlive this object.
-    GlobalMenu(QDBusConnection bus, QWindow *window, ApplicationActions *actions);
+    GlobalMenu(QDBusConnection bus, DesktopMenuBar menuBar, QWindow *window, ApplicationActions *actions);
     ~GlobalMenu() override;
 
 private:

@@ -25,6 +25,8 @@ PortalSettings::PortalSettings(QDBusConnection bus, Appearance *appearance, QObj
     , m_appearance(appearance)
 {
     qDBusRegisterMetaType<SettingSpaces>();
+    // Qt 6.4 connects no slot that takes this type before the program has registered it.
+    qRegisterMetaType<QDBusVariant>();
     // Without the sender's name: with it, Qt would wait here for the bus to tell who that is. A signal of this
     // interface and path from somebody else could do no more than change colours.
     bus.connect({}, path, interface, QStringLiteral("SettingChanged"), this,

@@ -1,6 +1,7 @@
 #include "ui/app/TarnwikApp.h"
 
 #include "platform/PlatformServices.h"
+#include "platform/gui/SystemDesktop.h"
 #include "ui/app/AccessibilityFactory.h"
 #include "ui/app/GlobalMenu.h"
 #include "ui/app/TarnwikMenuBarLabel.h"
@@ -38,7 +39,6 @@ TarnwikApp::TarnwikApp(WindowPlaceFile windowPlace)
     , m_appModelFacade(&m_appModel)
     , m_vpnControllerFacade(m_appModel.vpnController())
     , m_subscriptionsFacade(&m_appModel, &m_appStoreSubscriptions)
-    , m_desktopFacade(m_desktop)
     , m_actions(&m_appModel, m_desktop)
     , m_tasks(&m_appModel, &m_appStoreSubscriptions)
     , m_portalSettings(QDBusConnection::sessionBus(), &m_appearance)
@@ -47,13 +47,11 @@ TarnwikApp::TarnwikApp(WindowPlaceFile windowPlace)
                     {QStringLiteral("vpnController"), object(&m_vpnControllerFacade)},
                     {QStringLiteral("appStoreSubscriptions"), object(&m_subscriptionsFacade)},
                     {QStringLiteral("actions"), object(&m_actions)},
-                    {QStringLiteral("tasks"), object(&m_tasks)},
-                    {QStringLiteral("desktop"), object(&m_desktopFacade)}})
+                    {QStringLiteral("tasks"), object(&m_tasks)}})
     , m_settingsWindow(&m_engine, component(QStringLiteral("SettingsWindow")),
                        {{QStringLiteral("appModel"), object(&m_appModelFacade)},
                         {QStringLiteral("actions"), object(&m_actions)},
-                        {QStringLiteral("tasks"), object(&m_tasks)},
-                        {QStringLiteral("desktop"), object(&m_desktopFacade)}})
+                        {QStringLiteral("tasks"), object(&m_tasks)}})
 {
     addScreensModule(m_engine);
     QObject::connect(&m_actions, &ApplicationActions::openMainWindowRequested, this, &TarnwikApp::openMainWindow);
@@ -113,10 +111,13 @@ void TarnwikApp::afterFirstPicture()
     QGuiApplication::setWindowIcon(
         QIcon::fromTheme(QGuiApplication::desktopFileName(), QIcon(QStringLiteral(":/tarnwik/TarnwikIcon.svg"))));
     // The menu-bar view appears, whether or not the desktop has a place for it yet.
+    m_tasks.begin(AppearanceTasks::Environment);
     m_tasks.begin(AppearanceTasks::MenuBar);
-    m_globalMenu = std::make_unique<GlobalMenu>(QDBusConnection::sessionBus(), m_mainWindow.window(), &m_actions);
-    m_trayHost = std::make_unique<TrayHost>(QDBusConnection::sessionBus());
+    m_globalMenu = std::make_unique<GlobalMenu>(QDBusConnection::sessionBus(), desktopMenuBar(), m_mainWindow.window(),
+                                                &m_actions);
+    m_trayHost = std::make_unique<TrayHost>(QDBusConnection::sessionBus(), desktopMenuBar());
     QObject::connect(m_trayHost.get(), &TrayHost::isPresentChanged, this, &TarnwikApp::updateMenuBarExtra);
+    updateMenuBarExtra();
 }
 
 void TarnwikApp::updateMenuBarExtra()
@@ -124,9 +125,8 @@ void TarnwikApp::updateMenuBarExtra()
     // Made once: when the desktop's tray goes and comes back, Qt takes the icon there itself.
     if (!m_trayHost->isPresent() || m_menuBarLabel)
         return;
-    m_menuBarView = std::make_unique<TarnwikMenuBarView>(&m_appModelFacade, &m_vpnControllerFacade, &m_actions);
-    QObject::connect(m_menuBarView.get(), &QMenu::aboutToShow, this,
-                     [this] { m_tasks.begin(AppearanceTasks::MenuBar); });
+    m_menuBarView =
+        std::make_unique<TarnwikMenuBarView>(&m_appModelFacade, &m_vpnControllerFacade, &m_actions, &m_tasks);
     m_menuBarLabel = std::make_unique<TarnwikMenuBarLabel>(m_menuBarView.get(), &m_appearance);
     QObject::connect(m_menuBarLabel.get(), &TarnwikMenuBarLabel::pressed, this, &TarnwikApp::openMainWindow);
 }

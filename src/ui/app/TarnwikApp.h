@@ -9,7 +9,6 @@
 #include "ui/model/AppModelFacade.h"
 #include "ui/model/AppearanceTasks.h"
 #include "ui/model/ApplicationActions.h"
-#include "ui/model/DesktopFacade.h"
 #include "ui/model/SubscriptionsFacade.h"
 #include "ui/model/VPNControllerFacade.h"
 
@@ -57,7 +56,6 @@ private:
     AppModelFacade m_appModelFacade;
     VPNControllerFacade m_vpnControllerFacade;
     SubscriptionsFacade m_subscriptionsFacade;
-    DesktopFacade m_desktopFacade;
     ApplicationActions m_actions;
     AppearanceTasks m_tasks;
     Appearance m_appearance;

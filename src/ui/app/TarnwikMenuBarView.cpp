@@ -7,9 +7,10 @@
 namespace tarnwik {
 
 TarnwikMenuBarView::TarnwikMenuBarView(AppModelFacade *appModel, const VPNControllerFacade *vpnController,
-                                       ApplicationActions *actions)
+                                       ApplicationActions *actions, AppearanceTasks *tasks)
     : m_appModel(appModel)
     , m_vpnController(vpnController)
+    , m_tasks(tasks)
     , m_exitNode(appModel)
 {
     m_statusLine = addLine();
@@ -26,6 +27,8 @@ TarnwikMenuBarView::TarnwikMenuBarView(AppModelFacade *appModel, const VPNContro
     addSeparator();
     addMenuItem(this, actions->quit(), MenuItemKeys::Hidden);
 
+    QObject::connect(this, &QMenu::aboutToShow, this, &TarnwikMenuBarView::appear);
+    QObject::connect(this, &QMenu::aboutToHide, this, &TarnwikMenuBarView::disappear);
     QObject::connect(vpnController, &VPNControllerFacade::changed, this, &TarnwikMenuBarView::updateStatus);
     QObject::connect(appModel, &AppModelFacade::accountChanged, this, &TarnwikMenuBarView::updateAccount);
     QObject::connect(appModel, &AppModelFacade::selectedNodeChanged, this, &TarnwikMenuBarView::updateNode);
@@ -33,6 +36,19 @@ TarnwikMenuBarView::TarnwikMenuBarView(AppModelFacade *appModel, const VPNContro
     updateStatus();
     updateAccount();
     updateNode();
+}
+
+void TarnwikMenuBarView::appear()
+{
+    // Not every desktop tells that it closed the menu.
+    disappear();
+    m_environment = m_tasks->begin(AppearanceTasks::Environment);
+    m_tasks->begin(AppearanceTasks::MenuBar);
+}
+
+void TarnwikMenuBarView::disappear()
+{
+    m_tasks->end(m_environment);
 }
 
 QAction *TarnwikMenuBarView::addLine()

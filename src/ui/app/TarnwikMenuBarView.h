@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/app/ExitNodeMenu.h"
+#include "ui/model/AppearanceTasks.h"
 #include "ui/model/ApplicationActions.h"
 #include "ui/model/VPNControllerFacade.h"
 
@@ -16,9 +17,12 @@ class TarnwikMenuBarView final : public QMenu
 
 public:
     /// All of these must outlive this object.
-    TarnwikMenuBarView(AppModelFacade *appModel, const VPNControllerFacade *vpnController, ApplicationActions *actions);
+    TarnwikMenuBarView(AppModelFacade *appModel, const VPNControllerFacade *vpnController, ApplicationActions *actions,
+                       AppearanceTasks *tasks);
 
 private:
+    void appear();
+    void disappear();
     QAction *addLine();
     void updateStatus();
     void updateAccount();
@@ -27,6 +31,8 @@ private:
 
     AppModelFacade *const m_appModel;
     const VPNControllerFacade *const m_vpnController;
+    AppearanceTasks *const m_tasks;
+    int m_environment = 0;
     QAction *m_statusLine = nullptr;
     QAction *m_usageLine = nullptr;
     QAction *m_nodeLine = nullptr;

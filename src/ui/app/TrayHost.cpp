@@ -15,11 +15,13 @@ const QString interface = QStringLiteral("org.kde.StatusNotifierWatcher");
 
 } // namespace
 
-TrayHost::TrayHost(QDBusConnection bus, QObject *parent)
-    : QObject(parent)
-    , m_bus(std::move(bus))
+TrayHost::TrayHost(QDBusConnection bus, DesktopMenuBar menuBar)
+    : m_bus(std::move(bus))
     , m_watcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange)
+    , m_isPresent(menuBar == DesktopMenuBar::Always)
 {
+    if (m_isPresent)
+        return;
     QObject::connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &TrayHost::ask);
     for (const auto &signal :
          {QStringLiteral("StatusNotifierHostRegistered"), QStringLiteral("StatusNotifierHostUnregistered")})

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/gui/SystemDesktop.h"
+
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
@@ -13,9 +15,10 @@ class TrayHost : public QObject
     Q_OBJECT
 
 public:
-    explicit TrayHost(QDBusConnection bus, QObject *parent = nullptr);
+    /// A place in a menu bar that is always there is not asked for.
+    explicit TrayHost(QDBusConnection bus, DesktopMenuBar menuBar = DesktopMenuBar::Optional);
 
-    /// False until the desktop has answered.
+    /// False until the desktop has answered, where it is asked.
     bool isPresent() const { return m_isPresent; }
 
 Q_SIGNALS:
@@ -29,7 +32,7 @@ private:
     QDBusServiceWatcher m_watcher;
     /// Answers to questions before the last one are out of date.
     int m_lastQuestion = 0;
-    bool m_isPresent = false;
+    bool m_isPresent;
 };
 
 } // namespace tarnwik

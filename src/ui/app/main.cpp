@@ -1,8 +1,8 @@
 // tarnwik: the client for the desktop.
 
+#include "platform/SystemPlatform.h"
 #include "platform/embedded/EmbeddedPlatform.h"
-#include "platform/gui/GuiDesktop.h"
-#include "platform/linux/LinuxPlatform.h"
+#include "platform/gui/SystemDesktop.h"
 #include "ui/app/CommandLine.h"
 #include "ui/app/SingleInstance.h"
 #include "ui/app/TarnwikApp.h"
@@ -36,16 +36,15 @@ int fail(const char *sentence)
 bool hasDesktop(int argc, char **argv)
 {
     const auto isPlatform = [](const char *argument) { return qstrcmp(argument, "-platform") == 0; };
-    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
-        || qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || std::any_of(argv, argv + argc, isPlatform);
+    return hasSystemDesktop() || qEnvironmentVariableIsSet("QT_QPA_PLATFORM")
+        || std::any_of(argv, argv + argc, isPlatform);
 }
 
-/// The screens are still: without a graphics card the processor draws them three times as fast as it imitates one.
 void chooseRenderer()
 {
     const bool isChosen = qEnvironmentVariableIsSet("QT_QUICK_BACKEND") || qEnvironmentVariableIsSet("QSG_RHI_BACKEND")
         || qEnvironmentVariableIsSet("QSG_RHI");
-    if (!isChosen && qEnvironmentVariable("TARNWIK_GPU") != QStringLiteral("1"))
+    if (!isChosen && isSoftwareRendererPreferred() && qEnvironmentVariable("TARNWIK_GPU") != QStringLiteral("1"))
         QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
 }
 
@@ -67,8 +66,8 @@ void takePlatformData(const QVariantMap &data)
 
 PlatformServices platform(const app::Options &options)
 {
-    PlatformServices services = options.isDemo ? embeddedPlatform(demoFolder()) : linuxPlatform();
-    services.desktop = std::make_shared<GuiDesktop>();
+    PlatformServices services = options.isDemo ? embeddedPlatform(demoFolder()) : systemPlatform();
+    services.desktop = systemDesktop();
     return services;
 }
 
@@ -119,6 +118,7 @@ int main(int argc, char **argv)
     QGuiApplication::setDesktopFileName(QStringLiteral("example.tarnwik.client"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     chooseRenderer();
+    prepareSystemPlatform();
     const QApplication application(argc, argv);
     const auto parsed = app::parseCommandLine(QCoreApplication::arguments());
     if (const auto *text = std::get_if<app::Answer>(&parsed))

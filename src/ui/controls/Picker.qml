@@ -18,7 +18,13 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.description: displayText
-    Accessible.onPressAction: if (enabled) popup.open()
+    // Its keys are those of the list too: opened from outside it takes the focus as well.
+    Accessible.onPressAction: {
+        if (!enabled)
+            return;
+        forceActiveFocus(Qt.PopupFocusReason);
+        popup.open();
+    }
 
     delegate: PickerRow {
         picker: combo

@@ -7,10 +7,12 @@ Item {
 
     /// Whether a hairline stands above it.
     property bool isDivided: false
+    /// The room above and below the content; controls have some of their own already.
+    property int verticalPadding: Theme.cardPadding
     default property alias content: inner.data
 
     width: parent?.width ?? 0
-    implicitHeight: Math.max(40, inner.height + 2 * 8)
+    implicitHeight: Math.max(40, inner.height + 2 * verticalPadding)
 
     Hairline {
         visible: cell.isDivided

@@ -1,6 +1,7 @@
 // Components that a loader or a list makes cannot be bound in Qt 6.4.
 // qmllint disable unqualified
 import QtQuick
+import Tarnwik.Controls
 
 /// What the main window shows: the dashboard while there is a session, else the sign-in screen.
 FocusScope {
@@ -12,8 +13,8 @@ FocusScope {
     required property var actions
     required property var tasks
 
-    readonly property int minimumWidth: 420
-    readonly property int minimumHeight: 540
+    readonly property int minimumWidth: Theme.windowMinimumWidth
+    readonly property int minimumHeight: Theme.windowMinimumHeight
 
     focus: true
 

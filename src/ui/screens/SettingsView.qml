@@ -16,11 +16,13 @@ ScreenScroll {
             ElidedLabel {
                 objectName: "serverURL"
                 width: parent.width
+                elide: Text.ElideMiddle
                 text: screen.appModel.serverURLString
             }
         }
         FormCell {
             isDivided: true
+            verticalPadding: 8
 
             Button {
                 objectName: "settingsRefresh"
@@ -34,6 +36,8 @@ ScreenScroll {
         heading: "Support"
 
         FormCell {
+            verticalPadding: 6
+
             LinkButton {
                 objectName: "emailSupport"
                 text: screen.actions.emailSupport.title
@@ -56,6 +60,8 @@ ScreenScroll {
         width: parent.width
 
         FormCell {
+            verticalPadding: 8
+
             Button {
                 objectName: "settingsSignOut"
                 text: screen.actions.settingsSignOut.title

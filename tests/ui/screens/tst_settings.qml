@@ -75,6 +75,22 @@ ScreenTest {
         verify(find("settingsRefresh").enabled)
         verify(find("settingsSignOut").enabled)
     }
+    function test_cellsHaveRoomForTheirContents() {
+        show()
+        const cellOf = name => {
+            let item = find(name)
+            while (!(item instanceof FormCell))
+                item = item.parent
+            return item
+        }
+        compare(cellOf("serverURL").height, 40)
+        compare(cellOf("settingsRefresh").height, 44)
+        compare(cellOf("emailSupport").height, 40)
+        compare(cellOf("settingsSignOut").height, 44)
+        shown.width = 300
+        verify(find("privacy").lineCount > 1)
+        compare(cellOf("privacy").height, find("privacy").height + 2 * Theme.cardPadding)
+    }
     function test_tabGoesInReadingOrder() {
         show()
         compare(focusChain().map(item => item.objectName).filter(name => name !== ""), ["settingsRefresh", "emailSupport", "settingsSignOut"])
