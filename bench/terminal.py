@@ -12,6 +12,8 @@ import sys
 import tempfile
 import time
 
+from process import megabytes, wake_ups
+
 ROUNDS = 21
 SETTLE_SECONDS = 3
 IDLE_SECONDS = 15
@@ -22,20 +24,6 @@ def milliseconds(commands, environment):
     for command in commands:
         subprocess.run(command, env=environment, check=True, stdout=subprocess.DEVNULL)
     return (time.perf_counter() - start) * 1e3
-
-
-def context_switches(pid):
-    """How often the process has been woken up, all its threads together."""
-    total = 0
-    for thread in os.listdir(f'/proc/{pid}/task'):
-        with open(f'/proc/{pid}/task/{thread}/status', encoding='ascii') as file:
-            total += sum(int(line.split()[1]) for line in file if line.startswith('voluntary_ctxt_switches'))
-    return total
-
-
-def resident_megabytes(pid):
-    with open(f'/proc/{pid}/status', encoding='ascii') as file:
-        return next(int(line.split()[1]) for line in file if line.startswith('VmRSS')) / 1024
 
 
 def measure_status(client, url, token, environment):
@@ -54,12 +42,10 @@ def measure_status(client, url, token, environment):
 def measure_watch(client, environment):
     with subprocess.Popen([client, 'watch'], env=environment, stdout=subprocess.DEVNULL) as watch:
         time.sleep(SETTLE_SECONDS)
-        before = context_switches(watch.pid)
-        time.sleep(IDLE_SECONDS)
-        woken = context_switches(watch.pid) - before
+        woken = sum(wake_ups(watch.pid, IDLE_SECONDS))
         # The fetch comes 20 s after the start.
         time.sleep(20 - SETTLE_SECONDS - IDLE_SECONDS + 2)
-        print(f'tarnwikctl watch: {resident_megabytes(watch.pid):.1f} MB resident after a usage fetch; '
+        print(f'tarnwikctl watch: {megabytes(watch.pid)[0]:.1f} MB resident after a usage fetch; '
               f'{woken} wake-ups in {IDLE_SECONDS} s between fetches')
         watch.terminate()
 

@@ -17,7 +17,8 @@ test_packages=(
   dbus dbus-bin gnome-keyring libsecret-tools network-manager
   wireguard-go wireguard-tools iproute2 iputils-ping util-linux
   qml6-module-qttest
-  appstream desktop-file-utils man-db
+  python3-pytest at-spi2-core xvfb openbox xdotool imagemagick
+  appstream desktop-file-utils man-db bsdextrautils libxml2-utils libglib2.0-bin x11-utils
 )
 
 # What the checks on the source add.
@@ -25,6 +26,9 @@ lint_packages=(clang-format-19 clang-tidy-19 git)
 
 # A virtual desktop, where the application is shown to nobody, and pictures of it.
 desktop_packages=(xvfb openbox xdotool imagemagick dbus dbus-bin python3)
+
+# What the benchmarks add: the peer, and what looks at the windows from outside.
+bench_packages=(network-manager-gnome python3-xlib strace xvfb openbox xdotool at-spi2-core)
 
 # What the picture of the terminal is taken with.
 picture_packages=(xvfb xterm imagemagick fonts-dejavu-core)

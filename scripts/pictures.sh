@@ -1,13 +1,21 @@
 #!/usr/bin/env bash
-# Takes the picture in the README anew: the demo in a real terminal on a virtual display.
+# Takes the pictures in the README anew: the application and, in a real terminal, tarnwikctl; both on the demo and on a
+# virtual display.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 . scripts/build.sh
 
 install_packages "${build_packages[@]}" "${picture_packages[@]}"
-build release tarnwikctl
+scripts/tour.sh build/pictures
+mkdir -p docs/pictures
+for shown in "connect 5-connected" "account 9-bought"; do
+  read -r name step <<<"$shown"
+  cp "build/pictures/$step.png" "docs/pictures/$name.png"
+  cp "build/pictures/$step-dark.png" "docs/pictures/$name-dark.png"
+done
 
+build release tarnwikctl
 world=$(mktemp -d)
 started=()
 trap 'kill "${started[@]}" 2>/dev/null || true; rm -rf "$world"' EXIT
@@ -36,6 +44,5 @@ for _ in {1..300}; do
   sleep 0.1
 done
 sleep 0.5
-mkdir -p docs/pictures
 DISPLAY=:97 import -window tarnwikctl docs/pictures/terminal.png
 echo "docs/pictures/terminal.png"

@@ -1,36 +1,28 @@
 #!/usr/bin/env bash
-# Builds the client and shows its main job: sign in, choose an exit node, connect, look, disconnect, sign out.
+# Builds the application and starts it on the demo: a service, keychain, VPN and App Store inside the program. Nothing
+# on this computer or its network is changed but the demo's own folder below the user's data folder.
 #
-# Everything runs on the demo's platform: service, keychain and VPN inside the program. Nothing on this computer or its
-# network is changed but the demo's own folder below the user's data folder.
+# Where there is no display it starts a virtual one, does the whole job there as a person would, and leaves pictures.
+#
+# usage: run.sh [FOLDER]    where the pictures go (build/pictures)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 . scripts/build.sh
 
 install_packages "${build_packages[@]}"
-build release tarnwikctl
-client=build/release/src/cli/tarnwikctl
-
-show() {
-  printf '\n$ tarnwikctl --demo %s\n' "$*"
-  "$client" --demo "$@"
-}
-
-printf '\n$ echo demo | tarnwikctl --demo sign-in --email demo@tarnwik.example\n'
-echo demo | "$client" --demo sign-in --email demo@tarnwik.example
-show nodes
-show connect --node 2
-show status
-show account
-show disconnect
-show sign-out
-
+build release
+if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
+  echo "There is no display here, so the application runs on a virtual one."
+  scripts/tour.sh "${1:-build/pictures}"
+  echo "In this terminal: build/release/src/cli/tarnwikctl --demo sign-in --email demo@tarnwik.example (password: demo)"
+  exit
+fi
 cat <<END
+Tarnwik starts on the demo. Its account:
 
-That was the demo. To try it yourself:
+  Email     demo@tarnwik.example
+  Password  demo
 
-  $client --demo sign-in --email demo@tarnwik.example     (the password is: demo)
-  $client --demo watch
-  $client --help
 END
+exec build/release/src/ui/app/tarnwik --demo

@@ -54,9 +54,9 @@ expect() {
 
 keys() { xdotool key --clearmodifiers --delay 60 "$@"; }
 
-# picture NAME: what the window shows, once it has been drawn.
+# picture NAME [SECONDS]: what the window shows, once it has been drawn.
 picture() {
-  sleep 0.6
+  sleep "${2:-0.6}"
   import -window "$window" "$folder/$1.png"
 }
 
@@ -84,8 +84,7 @@ picture 2-disconnected
 keys Tab Tab Tab Tab Tab Tab Down
 picture 3-node-chosen
 keys ctrl+shift+c
-sleep 0.2
-picture 4-connecting
+picture 4-connecting 0.2
 expect "connected" vpn.label Connected
 "$client" --demo status | grep -q "Through *Rotterdam 1" && echo "  through Rotterdam 1"
 used=$(status account.used_bytes)

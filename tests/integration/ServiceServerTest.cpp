@@ -103,6 +103,14 @@ TEST(ServiceServer, aConnectionServesManyRequests)
     EXPECT_EQ(socket->state(), QAbstractSocket::ConnectedState);
 }
 
+TEST(ServiceServer, nothingIsCompressed)
+{
+    ServiceProcess service;
+    const auto socket = connectTo(service.waitForOrigin());
+    socket->write("GET /nowhere HTTP/1.1\r\nHost: localhost\r\nAccept-Encoding: gzip, br\r\n\r\n");
+    EXPECT_FALSE(readAnswer(*socket, "{\"error\":\"not_found\"}").contains("Content-Encoding"));
+}
+
 TEST(ServiceServer, idleConnectionsDoNotKeepOthersWaiting)
 {
     ServiceProcess service;

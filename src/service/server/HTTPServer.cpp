@@ -17,6 +17,8 @@ constexpr time_t keepAliveSeconds = 60;
 constexpr std::size_t mostRequestsOfOneConnection = 1'000'000;
 /// Each open connection holds a thread, idle or not.
 constexpr std::size_t threadCount = 64;
+/// All that the service answers has this header, and nothing that the HTTP library answers by itself.
+const char *const cacheControl = "Cache-Control";
 
 QByteArray header(const httplib::Request &request, const char *name)
 {
@@ -27,11 +29,17 @@ void send(const ServiceResponse &answer, httplib::Response &response)
 {
     response.status = answer.status;
     // Answers hold tokens and pre-shared keys.
-    response.set_header("Cache-Control", "no-store");
+    response.set_header(cacheControl, "no-store");
     for (const auto &[name, value] : answer.headers)
         response.set_header(name.constData(), value.toStdString());
-    if (!answer.body.isEmpty())
-        response.set_content(answer.body.toStdString(), "application/json");
+    if (answer.body.isEmpty())
+        return;
+    // What a provider gives is sent as it is. A text would be compressed with Brotli at its slowest, which takes seconds
+    // for a long list.
+    response.set_content_provider(static_cast<std::size_t>(answer.body.size()), "application/json",
+                                  [body = answer.body](std::size_t offset, std::size_t length, auto &sink) {
+                                      return sink.write(body.constData() + offset, length);
+                                  });
 }
 
 /// The error code for a request that the HTTP library refused by itself.
@@ -123,7 +131,7 @@ void HTTPServer::configure()
         requestEnded();
     });
     m_server->set_error_handler([](const auto &, auto &response) {
-        if (response.body.empty())
+        if (!response.has_header(cacheControl))
             send(ServiceError(response.status, codeForStatus(response.status)).response(), response);
     });
     // Without one, the library tells the client what() in a header.
