@@ -4,7 +4,7 @@
 # - Every Objective-C++ source goes through clang with ARC and all warnings as errors, over declarations of our own
 #   (tests/support/apple); sources with one mistake each must be refused, so that this is known to find mistakes.
 # - Every Swift source goes through a grammar of Swift, which npm brings.
-# - The build for macOS is configured, and its property lists are read.
+# - The build for macOS is configured, and its property lists and rules are read.
 #
 # usage: check-macos.sh
 set -euo pipefail
@@ -27,8 +27,15 @@ compile=(clang++-19 -x objective-c++ -std=c++20 -fsyntax-only -fobjc-arc -fblock
   -isystem tests/support/apple -Isrc)
 
 echo "Compiling the Objective-C++ sources…"
+# BOOL is another type on each architecture.
 for source in "${sources[@]}"; do
-  if "${compile[@]}" "$source" 2>"$work/log"; then pass; else refuse "$source" "$work/log"; fi
+  for architecture in ARM64 X86_64; do
+    if "${compile[@]}" -DSTAND_IN_$architecture "$source" 2>"$work/log"; then
+      pass
+    else
+      refuse "$source ($architecture)" "$work/log"
+    fi
+  done
 done
 
 echo "Compiling what must be refused…"
@@ -59,6 +66,15 @@ if grep -rnE '#(include|import) [<"]Q' src/platform/macos/native >"$work/log"; t
   refuse "Qt has no place there" "$work/log"
 else
   pass
+fi
+
+bridge=src/platform/macos/storekit/StoreKitBridge
+sed -nE 's/^void \*?(store_[a-z_]+)\(.*/\1/p' $bridge.h | sort >"$work/declared"
+sed -nE 's/^@_cdecl\("(.*)"\)$/\1/p' $bridge.swift | sort >"$work/defined"
+if [ -s "$work/declared" ] && diff "$work/declared" "$work/defined" >"$work/log"; then
+  pass
+else
+  refuse "the functions of $bridge are not those that its header declares" "$work/log"
 fi
 
 echo "Parsing the Swift sources…"
@@ -105,7 +121,7 @@ configure() {
 set_all=(-DTARNWIK_DEFAULT_SERVER_URL=https://api.tarnwik.example -DTARNWIK_TEAM_IDENTIFIER=TEAM123456
   -DTARNWIK_TUNNEL_BUNDLE_IDENTIFIER=example.tarnwik.client.tunnel
   -DTARNWIK_KEYCHAIN_ACCESS_GROUP=TEAM123456.example.tarnwik.client
-  -DTARNWIK_TUNNEL_EXTENSION="$work/Tunnel.appex")
+  -DTARNWIK_TUNNEL_EXTENSION="$work/Tunnel.appex" -DCMAKE_OSX_ARCHITECTURES=arm64)
 for kind in plain set; do
   settings=()
   [ $kind = plain ] || settings=("${set_all[@]}")
@@ -118,6 +134,14 @@ for kind in plain set; do
     refuse "the property lists ($kind)" "$work/log"
   fi
 done
+# Swift's compiler makes its own library, for the architecture and release that were asked for, and links nothing else.
+grep -A1 '^rule Swift_.*_LINKER_' "$work/set/CMakeFiles/rules.ninja" >"$work/log" || true
+if [ "$(grep -c '^rule' "$work/log")" = 1 ] && grep -q '^rule .*__tarnwik_storekit_bridge_' "$work/log" &&
+  grep -q 'command = .* -target arm64-apple-macosx13\.0 ' "$work/log"; then
+  pass
+else
+  refuse "the rules for Swift" "$work/log"
+fi
 bash -n packaging/macos/package.sh
 
 for reason in "${skipped[@]}"; do

@@ -1,5 +1,6 @@
 #!/bin/bash
-# chain.sh TARNWIKCTL TARNWIK_SERVICE: the program's main job with every part real. Inside run-beside-networkmanager.sh.
+# chain.sh TARNWIKCTL TARNWIK_SERVICE [TARNWIK]: the program's main job with every part real. Inside
+# run-beside-networkmanager.sh. The customer works in the terminal, or in the window of TARNWIK.
 #
 # A customer signs in at a service process, and connects: a device is registered whose private key lies in a Secret
 # Service, NetworkManager starts a VPN service with it, and packets cross the tunnel to a peer in another network
@@ -28,6 +29,13 @@ cp "$1" "$world/tarnwikctl"
 cp "$2" "$world/tarnwik-service"
 cp -r "$tests/support/keyring" "$world/keyring"
 cp "$tests/endtoend/chain-customer.sh" "$world/"
+desktop=()
+if [ $# = 3 ]; then
+  cp "$3" "$world/tarnwik"
+  cp -r "$tests/support/desktop" "$tests/endtoend/ui" "$world/"
+  cp "$tests/endtoend/chain_window.py" "$world/ui/"
+  desktop=("$world/desktop/with-desktop.sh" --system-bus)
+fi
 as_customer=()
 if grep -qE '^ *0 +0 +4294967295$' /proc/self/uid_map; then
   as_customer=(setpriv --reuid=nobody --regid=nogroup --clear-groups)
@@ -87,7 +95,7 @@ mkfifo -m 666 "$world/customer/peers"
 
 status=0
 CHAIN_URL=$url PROGRAMS=$world CUSTOMER=$world/customer \
-  "${as_customer[@]}" "$world/keyring/with-keyring.sh" -- "$world/chain-customer.sh" || status=$?
+  "${as_customer[@]}" "$world/keyring/with-keyring.sh" -- "${desktop[@]}" "$world/chain-customer.sh" || status=$?
 
 # What only root may look at: the saved connection is there, and the private key was written nowhere.
 if [ $status = 0 ]; then
