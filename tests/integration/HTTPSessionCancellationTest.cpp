@@ -46,8 +46,6 @@ TEST_F(HTTPSessionCancellation, rightAfterTheStart)
     m_source.request_stop();
     EXPECT_EQ(failureOf(running), URLError::Cancelled);
     EXPECT_EQ(m_clock->pendingCount(), 0);
-    test::spinFor(20ms);
-    EXPECT_TRUE(m_server.requests().empty());
 }
 
 TEST_F(HTTPSessionCancellation, beforeTheAnswer)

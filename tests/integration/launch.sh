@@ -57,7 +57,7 @@ belongs_to_the_entry() {
 
 bus ReloadConfig >/dev/null
 bus UpdateActivationEnvironment "{'DISPLAY': '$DISPLAY', 'QT_QPA_PLATFORM': '$QT_QPA_PLATFORM', \
-  'DBUS_SYSTEM_BUS_ADDRESS': '$DBUS_SYSTEM_BUS_ADDRESS'}" >/dev/null
+  'DBUS_SYSTEM_BUS_ADDRESS': '$DBUS_SYSTEM_BUS_ADDRESS', 'ASAN_OPTIONS': '${ASAN_OPTIONS:-}'}" >/dev/null
 activate
 process=$(bus GetConnectionUnixProcessID $identifier | grep -oE '[0-9]+,')
 process=${process%,}

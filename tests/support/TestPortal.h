@@ -28,18 +28,14 @@ public:
     /// A colour as the portal writes it.
     static QVariant color(double red, double green, double blue);
 
-    /// How often it was asked.
-    int answers() const { return m_answers; }
-
-public Q_SLOTS: // Named as on the bus.
-    tarnwik::test::SettingSpaces ReadAll(const QStringList &spaces);
+    /// Named as on the bus.
+    Q_SLOT tarnwik::test::SettingSpaces ReadAll(const QStringList &spaces);
 
 Q_SIGNALS:
     void SettingChanged(const QString &space, const QString &key, const QDBusVariant &value);
 
 private:
     SettingSpaces m_spaces;
-    int m_answers = 0;
 };
 
 } // namespace tarnwik::test

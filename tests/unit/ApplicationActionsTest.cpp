@@ -115,6 +115,8 @@ TEST_F(ApplicationActionsTest, signOutNobodyTwice)
     actions().signOut()->trigger();
     actions().signOut()->trigger();
     EXPECT_EQ(requests(), QStringList({m_deleteSession}));
+    m_platform.httpSession->waiting(m_deleteSession).answer(204);
+    waitForTheEnd();
 }
 
 TEST_F(ApplicationActionsTest, leaveAllRulesToTheModelOnTheSettingsScreen)

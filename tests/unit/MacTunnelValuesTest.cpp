@@ -31,6 +31,11 @@ TEST(MacTunnelValues, anErrorWithoutWordsIsNamedByDomainAndCode)
               QStringLiteral("The operation couldn’t be completed. (%2 error -1.)"));
 }
 
+TEST(MacTunnelValues, aRefusalWithoutAnErrorNamesNone)
+{
+    EXPECT_EQ(tunnelError({}).localizedDescription(), QStringLiteral("The operation couldn’t be completed."));
+}
+
 TEST(MacTunnelValues, aProtocolIsToldWhole)
 {
     const TunnelProviderProtocol protocol{

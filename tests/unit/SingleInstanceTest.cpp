@@ -77,7 +77,7 @@ TEST_F(SingleInstanceTest, anotherProgramUnderTheNameThatDoesNotAnswerIsTold)
     EXPECT_EQ(instance.start({}), Start::Unanswered);
 }
 
-TEST_F(SingleInstanceTest, theDesktopStartsItByTheSpecifiedInterface)
+TEST_F(SingleInstanceTest, theDesktopStartsItThroughTheApplicationInterface)
 {
     SingleInstance first(m_bus.connection(), name);
     QSignalSpy activated(&first, &SingleInstance::activated);

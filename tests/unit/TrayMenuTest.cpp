@@ -171,10 +171,13 @@ TEST_F(TrayMenu, whileTheModelWorksTheSessionsCommandsRest)
 {
     signIn();
     m_answers.remove(m_getAccount);
-    const Running<> refresh(m_model.refreshFromUI());
+    Running<> refresh(m_model.refreshFromUI());
     for (const char *disabled : {"Connect", "Refresh", "Sign Out"})
         EXPECT_FALSE(item(disabled)->isEnabled()) << disabled;
     EXPECT_TRUE(item("Exit Node")->isEnabled());
+    m_platform.httpSession->waiting(m_getAccount).answer(200, sampleJSON<AccountResponse>());
+    refresh.result();
+    EXPECT_TRUE(item("Sign Out")->isEnabled());
 }
 
 TEST_F(TrayMenu, withoutNodesThereIsNoChoice)

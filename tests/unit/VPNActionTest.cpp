@@ -1,6 +1,5 @@
 #include "ui/model/VPNAction.h"
 #include "UIModelFixture.h"
-#include "ui/model/VPNActionStates.h"
 
 namespace tarnwik::test {
 
@@ -27,14 +26,14 @@ protected:
 
 TEST_F(VPNActionTest, isConnectWhileThereIsNoTunnel)
 {
-    EXPECT_EQ(action().state(), vpn_action_states::CanConnect);
+    EXPECT_EQ(action().state(), VPNActionState::CanConnect);
     EXPECT_EQ(look(), QStringList({text("Connect"), text("power"), text("Ctrl+Shift+C")}));
 }
 
 TEST_F(VPNActionTest, isDisconnectWhileConnected)
 {
     setStatus(VPNStatus::Connected);
-    EXPECT_EQ(action().state(), vpn_action_states::CanDisconnect);
+    EXPECT_EQ(action().state(), VPNActionState::CanDisconnect);
     EXPECT_EQ(look(), QStringList({text("Disconnect"), text("xmark.circle"), text("Ctrl+Shift+D")}));
     EXPECT_TRUE(action().isEnabled());
 }
@@ -47,7 +46,7 @@ TEST_F(VPNActionTest, isTheStatusWithoutAShortcutWhileTheTunnelChanges)
          {std::pair(VPNStatus::Connecting, "Connecting"), std::pair(VPNStatus::Reasserting, "Connecting"),
           std::pair(VPNStatus::Disconnecting, "Disconnecting")}) {
         setStatus(status);
-        EXPECT_EQ(action().state(), vpn_action_states::InTransition);
+        EXPECT_EQ(action().state(), VPNActionState::InTransition);
         EXPECT_EQ(look(), QStringList({text(label), QString(), QString()}));
         EXPECT_FALSE(action().isEnabled());
         EXPECT_FALSE(action().isEnabledOnScreen());
@@ -102,7 +101,7 @@ TEST_F(VPNActionTest, disconnectsWithoutASession)
     EXPECT_TRUE(model().isLoading());
     ASSERT_TRUE(spinUntil([&] { return !model().isLoading(); }));
     EXPECT_EQ(tunnelOperations(), QStringList({text("stop")}));
-    EXPECT_EQ(action().state(), vpn_action_states::CanConnect);
+    EXPECT_EQ(action().state(), VPNActionState::CanConnect);
 }
 
 TEST_F(VPNActionTest, connects)
@@ -112,6 +111,9 @@ TEST_F(VPNActionTest, connects)
     EXPECT_TRUE(model().isLoading());
     EXPECT_FALSE(action().isEnabled()) << "at once: it must not be done twice";
     ASSERT_TRUE(spinUntil([&] { return m_platform.httpSession->isWaiting(m_postDevice); }));
+    m_platform.httpSession->waiting(m_postDevice).fail(URLError::TimedOut);
+    ASSERT_TRUE(spinUntil([&] { return !model().isLoading(); }));
+    EXPECT_TRUE(action().isEnabled());
 }
 
 TEST_F(VPNActionTest, doesNothingWhileItIsNotOffered)
@@ -137,7 +139,7 @@ TEST_F(VPNActionTest, tellsOnceOfEachChangeAndOnlyWhenAllIsSet)
     int changes = 0;
     QObject::connect(&action(), &Action::changed, &action(), [&] {
         ++changes;
-        EXPECT_EQ(action().state() == vpn_action_states::CanDisconnect, action().title() == text("Disconnect"));
+        EXPECT_EQ(action().state() == VPNActionState::CanDisconnect, action().title() == text("Disconnect"));
     });
     const QSignalSpy states(&action(), &VPNAction::stateChanged);
     setStatus(VPNStatus::Connected);

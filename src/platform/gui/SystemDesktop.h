@@ -21,6 +21,7 @@ enum class DesktopMenuBar {
     Always,
 };
 
+/// Which of these the system's desktops are.
 DesktopMenuBar desktopMenuBar();
 
 /// Whether still screens are better drawn by the processor, where nobody has chosen.

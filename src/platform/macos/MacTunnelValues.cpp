@@ -18,6 +18,9 @@ TunnelError tunnelError(const mac::PlatformError &error)
 {
     if (!error.localizedDescription.empty())
         return TunnelError(QString::fromStdString(error.localizedDescription));
+    // A refusal without an error.
+    if (error.domain.empty())
+        return TunnelError(QStringLiteral("The operation couldn’t be completed."));
     return TunnelError(QStringLiteral("The operation couldn’t be completed. (%1 error %2.)")
                            .arg(QString::fromStdString(error.domain), QString::number(error.code)));
 }

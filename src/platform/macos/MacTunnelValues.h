@@ -11,7 +11,7 @@ VPNStatus vpnStatus(long number);
 /// Whether a tunnel of \a status neither runs nor is about to.
 bool isDown(VPNStatus status);
 
-/// The error for what the system said of itself: in its own words, or where it has none, by domain and code.
+/// The error for what the system said of itself: in its own words, or where it has none, by domain and code, if any.
 TunnelError tunnelError(const mac::PlatformError &error);
 
 mac::TunnelProtocolFields nativeProtocol(const TunnelProviderProtocol &protocol);

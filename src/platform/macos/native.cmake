@@ -1,9 +1,4 @@
 # What speaks to the frameworks, in Objective-C++.
-set(CMAKE_OBJCXX_STANDARD 20)
-set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
-set(CMAKE_OBJCXX_EXTENSIONS OFF)
-enable_language(OBJCXX)
-
 tarnwik_library(tarnwik_macos_native
   SOURCES native/FoundationValues.h native/FoundationValues.mm native/Keychain.h native/Keychain.mm
           native/MainBundle.h native/MainBundle.mm native/NativeNetworkExtension.mm

@@ -25,11 +25,6 @@ enum class ColorScheme : uint {
     Light,
 };
 
-enum class Contrast : uint {
-    NoPreference,
-    High,
-};
-
 bool isPaletteDark()
 {
     const QPalette palette = QGuiApplication::palette();
@@ -78,14 +73,17 @@ double textScale(const QVariant &value)
 
 } // namespace
 
+QStringList AppearanceSettings::spaces()
+{
+    return {appearanceSpace, interfaceSpace};
+}
+
 void AppearanceSettings::take(const QString &space, const QString &key, const QVariant &value)
 {
     if (space == appearanceSpace && key == QStringLiteral("color-scheme"))
         isDark = tarnwik::isDark(value);
     else if (space == appearanceSpace && key == QStringLiteral("accent-color"))
         accentColor = color(value);
-    else if (space == appearanceSpace && key == QStringLiteral("contrast"))
-        hasHighContrast = static_cast<Contrast>(value.toUInt()) == Contrast::High;
     else if (space == interfaceSpace && key == QStringLiteral("text-scaling-factor"))
         textScale = tarnwik::textScale(value);
     else if (space == interfaceSpace && key == QStringLiteral("enable-animations"))

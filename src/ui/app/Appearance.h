@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QObject>
+#include <QStringList>
 #include <QVariant>
 
 #include <optional>
@@ -14,12 +15,14 @@ struct AppearanceSettings
     /// Dark or light; absent when the user has no preference, or none is known.
     std::optional<bool> isDark;
     std::optional<QColor> accentColor;
-    bool hasHighContrast = false;
     /// How much larger than usual text is to be.
     double textScale = 1;
     bool reducesMotion = false;
 
     bool operator==(const AppearanceSettings &) const = default;
+
+    /// The portal's names for the groups that take() knows settings of.
+    static QStringList spaces();
 
     /// Takes one setting of the desktop portal. What is unknown, or makes no sense, changes nothing or means the
     /// default.
@@ -32,7 +35,6 @@ class Appearance : public QObject
     Q_OBJECT
     Q_PROPERTY(bool isDark READ isDark NOTIFY changed)
     Q_PROPERTY(QVariant accentColor READ accentColor NOTIFY changed)
-    Q_PROPERTY(bool hasHighContrast READ hasHighContrast NOTIFY changed)
     Q_PROPERTY(double textScale READ textScale NOTIFY changed)
     Q_PROPERTY(bool reducesMotion READ reducesMotion NOTIFY changed)
 
@@ -44,7 +46,6 @@ public:
 
     /// A colour, or undefined when the user chose none.
     QVariant accentColor() const;
-    bool hasHighContrast() const { return m_settings.hasHighContrast; }
     double textScale() const { return m_settings.textScale; }
     bool reducesMotion() const { return m_settings.reducesMotion; }
 

@@ -1,11 +1,11 @@
 import QtQml
 import Tarnwik.Controls
 
-// Keeps the theme as the desktop wants it.
+/// Keeps the theme as the desktop wants it.
 QtObject {
     id: follower
 
-    // What the desktop wants: isDark, accentColor, textScale, reducesMotion.
+    /// What the desktop wants: isDark, accentColor, textScale, reducesMotion.
     required property var appearance
 
     readonly property list<QtObject> bindings: [

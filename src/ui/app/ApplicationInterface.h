@@ -7,8 +7,8 @@
 
 namespace tarnwik {
 
-/// What the desktop calls to start the program or bring it to the front: the desktop entry specification's
-/// org.freedesktop.Application. There are no files to open and no further actions, so that all of it comes to that.
+/// What the desktop calls to start the program or bring it to the front: org.freedesktop.Application. There are no files
+/// to open and no further actions, so that all of it comes to that.
 class ApplicationInterface : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
 
     static QString name() { return QStringLiteral("org.freedesktop.Application"); }
 
-    // Named as the specification does, for the bus.
+    // The operations' names are those on the bus.
     Q_SLOT void Activate(const QVariantMap &platformData) { Q_EMIT m_instance->activated(platformData); }
 
     Q_SLOT void Open(const QStringList &, const QVariantMap &platformData)

@@ -3,6 +3,7 @@
 #include "ui/app/MenuText.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tarnwik {
 
@@ -16,7 +17,6 @@ ExitNodeMenu::ExitNodeMenu(AppModelFacade *appModel)
     QObject::connect(nodes, &NodeListModel::rowsInserted, this, &ExitNodeMenu::nodesChanged);
     QObject::connect(nodes, &NodeListModel::rowsRemoved, this, &ExitNodeMenu::nodesChanged);
     QObject::connect(nodes, &NodeListModel::dataChanged, this, &ExitNodeMenu::nodesChanged);
-    QObject::connect(nodes, &NodeListModel::modelReset, this, &ExitNodeMenu::nodesChanged);
     QObject::connect(appModel, &AppModelFacade::selectedNodeIndexChanged, this, &ExitNodeMenu::markSelected);
     QObject::connect(this, &QMenu::aboutToShow, this, &ExitNodeMenu::build);
     QObject::connect(&m_items, &QActionGroup::triggered, this, &ExitNodeMenu::select);

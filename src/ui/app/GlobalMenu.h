@@ -17,7 +17,8 @@ namespace tarnwik {
 class ApplicationActions;
 
 /// The application menu for desktops that show the menus of all programs in one bar. It is made once such a desktop
-/// has answered, or at once where every desktop has such a bar; elsewhere it costs nothing but a question. Lives on the main thread.
+/// has answered, or at once where every desktop has such a bar; elsewhere it costs nothing but a question. Lives on the
+/// main thread.
 class GlobalMenu final : public QObject
 {
     Q_OBJECT

@@ -32,8 +32,7 @@ PortalSettings::PortalSettings(QDBusConnection bus, Appearance *appearance, QObj
     bus.connect({}, path, interface, QStringLiteral("SettingChanged"), this,
                 SLOT(takeChange(QString, QString, QDBusVariant)));
     auto question = QDBusMessage::createMethodCall(service, path, interface, QStringLiteral("ReadAll"));
-    question << QStringList{QStringLiteral("org.freedesktop.appearance"),
-                            QStringLiteral("org.gnome.desktop.interface")};
+    question << AppearanceSettings::spaces();
     m_answer = bus.asyncCall(question);
     const auto *watcher = new QDBusPendingCallWatcher(*m_answer, this);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {

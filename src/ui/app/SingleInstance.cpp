@@ -5,11 +5,14 @@
 #include <QDBusError>
 #include <QDBusMessage>
 
+#include <utility>
+
 namespace tarnwik {
 
 namespace {
 
-constexpr int patience = 5000; // milliseconds
+/// How long another process may take for one answer, in milliseconds.
+constexpr int patience = 5000;
 
 } // namespace
 

@@ -25,8 +25,8 @@ public:
     /// \a name is the program's on \a bus, such as "example.tarnwik.client".
     SingleInstance(QDBusConnection bus, QString name, QObject *parent = nullptr);
 
-    /// Claims the name, or asks who has it to come to the front. \a platformData is passed on with that, in the words
-    /// of the desktop entry specification. Waits for the other process, for some seconds at the most.
+    /// Claims the name, or asks who has it to come to the front. \a platformData is passed on with that, as
+    /// org.freedesktop.Application takes it. Waits for the other process, for ten seconds at the most.
     Start start(const QVariantMap &platformData);
 
     /// The object at which the program answers, as the name demands: "/example/tarnwik/client".

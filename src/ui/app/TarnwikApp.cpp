@@ -14,7 +14,11 @@
 #include <QIcon>
 #include <QQmlComponent>
 #include <QQuickWindow>
+#include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
+
+#include <chrono>
+#include <utility>
 
 Q_IMPORT_QML_PLUGIN(Tarnwik_ShellPlugin)
 
@@ -99,10 +103,10 @@ void TarnwikApp::openSettings()
 
 void TarnwikApp::followAppearance()
 {
-    QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Tarnwik/Shell/AppearanceFollower.qml")));
-    auto *follower = component.createWithInitialProperties({{QStringLiteral("appearance"), object(&m_appearance)}});
+    QQmlComponent description(&m_engine, component(QStringLiteral("Shell/AppearanceFollower")));
+    auto *follower = description.createWithInitialProperties({{QStringLiteral("appearance"), object(&m_appearance)}});
     if (!follower)
-        qFatal("%s", qUtf8Printable(component.errorString()));
+        qFatal("%s", qUtf8Printable(description.errorString()));
     follower->setParent(&m_engine);
 }
 

@@ -1,16 +1,18 @@
 #include "ui/app/TarnwikMenuBarLabel.h"
 
-#include <QFile>
+#include "platform/BundleIdentifier.h"
+
 #include <QIcon>
 #include <QMenu>
 #include <QPainter>
 #include <QSvgRenderer>
 
+#include <array>
+
 namespace tarnwik {
 
 namespace {
 
-const QString installedName = QStringLiteral("example.tarnwik.client-symbolic");
 const QString ownDrawing = QStringLiteral(":/tarnwik/TarnwikMenuBarIcon.svg");
 
 /// The sizes that trays ask for, at one and two dots a point.
@@ -53,6 +55,7 @@ TarnwikMenuBarLabel::TarnwikMenuBarLabel(QMenu *menu, const Appearance *appearan
 
 void TarnwikMenuBarLabel::updateIcon()
 {
+    const QString installedName = bundleIdentifier() + QStringLiteral("-symbolic");
     m_icon.setIcon(QIcon::hasThemeIcon(installedName) ? QIcon::fromTheme(installedName)
                                                       : drawnIcon(m_appearance->isDark() ? Qt::white : Qt::black));
 }

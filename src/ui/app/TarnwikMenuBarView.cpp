@@ -2,7 +2,6 @@
 
 #include "ui/app/MenuItem.h"
 #include "ui/app/MenuText.h"
-#include "ui/model/VPNActionStates.h"
 
 namespace tarnwik {
 
@@ -82,7 +81,7 @@ void TarnwikMenuBarView::updateExitNode()
 {
     QAction *exitNode = m_exitNode.menuAction();
     exitNode->setVisible(m_appModel->nodes()->count() > 0);
-    exitNode->setEnabled(m_vpnController->actionState() == vpn_action_states::CanConnect);
+    exitNode->setEnabled(m_vpnController->actionState() == VPNActionState::CanConnect);
 }
 
 } // namespace tarnwik

@@ -12,7 +12,12 @@ WindowScene::WindowScene(QQmlEngine *engine, QUrl url, QVariantMap properties)
 {
 }
 
-WindowScene::~WindowScene() = default;
+WindowScene::~WindowScene()
+{
+    // The window hides as it goes, when those who listen may be gone already.
+    if (m_window)
+        m_window->disconnect(this);
+}
 
 QQuickWindow *WindowScene::window()
 {

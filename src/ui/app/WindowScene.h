@@ -4,12 +4,14 @@
 #include <QUrl>
 #include <QVariantMap>
 
+#include <memory>
+
 class QQmlEngine;
 class QQuickWindow;
 
 namespace tarnwik {
 
-/// One of the program's windows, which QML describes: made when it is first opened.
+/// One of the program's windows, which QML describes: made when it is first asked for. Lives on the main thread.
 class WindowScene final : public QObject
 {
     Q_OBJECT

@@ -1,5 +1,6 @@
 // tarnwik: the client for the desktop.
 
+#include "platform/BundleIdentifier.h"
 #include "platform/SystemPlatform.h"
 #include "platform/embedded/EmbeddedPlatform.h"
 #include "platform/gui/SystemDesktop.h"
@@ -11,6 +12,7 @@
 #include <QApplication>
 #include <QQuickWindow>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -115,7 +117,7 @@ int main(int argc, char **argv)
 
     // The name by which the desktop announces the windows and the icon in its tray.
     QCoreApplication::setApplicationName(QStringLiteral("Tarnwik"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("example.tarnwik.client"));
+    QGuiApplication::setDesktopFileName(bundleIdentifier());
     QGuiApplication::setQuitOnLastWindowClosed(false);
     chooseRenderer();
     prepareSystemPlatform();

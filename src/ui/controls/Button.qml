@@ -17,7 +17,7 @@ Pressable {
                        : hovered ? Theme.controlHover : Theme.control
     property color stroke: enabled ? Theme.controlBorder : "transparent"
     property color tint: !enabled ? Theme.disabledText
-                       : destructive ? Contrast.readable(Theme.red, fill, 4.5) : Theme.primary
+                       : destructive ? Contrast.readable(Theme.red, fill, Theme.textContrast) : Theme.primary
     property int ringGap: 0
 
     implicitHeight: isLarge ? Theme.prominentHeight : Theme.controlHeight

@@ -2,15 +2,15 @@ import QtQuick
 import QtQuick.Templates as T
 import Tarnwik.Controls
 
-/// What went wrong, in words that can be selected and are never cut. It is read out when it appears and when it changes.
+/// What went wrong, in words that can be selected and are never cut; not seen while there are none. It is read out when
+/// it appears and when it changes.
 T.TextArea {
     id: error
 
     property string textStyle: "body"
 
     readonly property int accessibleRole: Accessible.AlertMessage
-    readonly property bool hasKeyboardFocus: activeFocus
-                                             && (focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason)
+    readonly property bool wasTabbedTo: focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason
 
     visible: text !== ""
     implicitWidth: contentWidth
@@ -33,7 +33,7 @@ T.TextArea {
 
     background: Item {
         FocusRing {
-            visible: error.hasKeyboardFocus
+            visible: error.activeFocus && error.wasTabbedTo
             innerRadius: 3
         }
     }

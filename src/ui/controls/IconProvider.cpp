@@ -11,8 +11,8 @@ namespace tarnwik {
 
 namespace {
 
-/// The drawing in white on nothing, with the glyphs of filled icons in black: the brightness of a pixel is then how much
-/// of the tint belongs there.
+/// The drawing in white on nothing, with the glyphs of filled icons in black: the brightness of a pixel is then how
+/// much of the tint belongs there.
 QImage brightness(const QString &fileName, const QSize &size)
 {
     QFile file(fileName);

@@ -5,8 +5,8 @@
 namespace tarnwik {
 
 /// Draws `image://icon/SYMBOL/COLOUR`: the icon with this SF Symbols name in this colour (`#AARRGGBB`), at exactly the
-/// size in pixels that is asked for. A filled icon's white glyph is cut out, so that what lies behind is seen through it.
-/// An unknown name or colour gives no image.
+/// size in pixels that is asked for. A filled icon's white glyph is cut out, so that what lies behind is seen through
+/// it. An unknown name or colour gives no image.
 class IconProvider : public QQuickImageProvider
 {
 public:

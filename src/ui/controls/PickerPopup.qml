@@ -26,10 +26,7 @@ T.Popup {
         NumberAnimation { property: "opacity"; from: 1; to: 0; duration: Theme.transitionDuration }
     }
 
-    background: Rectangle {
-        radius: Theme.cardRadius
-        color: Theme.card
-        border.width: 1
+    background: Card {
         border.color: Theme.controlBorder
     }
 

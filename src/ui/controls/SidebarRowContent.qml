@@ -25,7 +25,12 @@ Item {
 
     Text {
         id: title
-        anchors { left: icon.right; leftMargin: content.gap; right: parent.right; verticalCenter: parent.verticalCenter }
+        anchors {
+            left: icon.right
+            leftMargin: content.gap
+            right: parent.right
+            verticalCenter: parent.verticalCenter
+        }
         visible: !content.isFolded
         text: content.text
         font: content.font

@@ -8,8 +8,9 @@ Rectangle {
     id: cursor
 
     required property T.TextField field
+    /// How often it came or went since somebody typed, half a second each.
     property int halfPeriods: 0
-
+    /// After how many of these it stands still.
     property int restsAfter: 20
 
     readonly property bool isBlinking: field.cursorVisible && !Theme.reducesMotion && halfPeriods < restsAfter

@@ -9,6 +9,8 @@ T.TextField {
 
     property bool isError: false
 
+    readonly property bool wasTabbedTo: focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason
+
     implicitWidth: Theme.fieldWidth
     implicitHeight: Theme.controlHeight
     leftPadding: 8
@@ -24,7 +26,7 @@ T.TextField {
     selectedTextColor: Theme.textOnAccent
 
     // What Tab comes to is ready to be typed over.
-    onActiveFocusChanged: if (activeFocus && (focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason)) selectAll()
+    onActiveFocusChanged: if (activeFocus && wasTabbedTo) selectAll()
 
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText

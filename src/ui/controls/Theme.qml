@@ -26,17 +26,24 @@ QtObject {
     readonly property color textOnAccent: "#ffffff"
     readonly property color disabledText: dark ? "#59ffffff" : "#59000000"
 
+    /// The least contrast at which text can be read, and at which a shape can be told from what is round it.
+    readonly property real textContrast: 4.5
+    readonly property real shapeContrast: 3
+
     // The accent draws meters and icons; its fill lies under white text. The desktop's own accent is darkened or
     // lightened as far as it takes to be seen, read, and read on.
     readonly property bool hasAccentOverride: accentOverride !== undefined
-    readonly property color accent: hasAccentOverride ? Contrast.readable(accentOverride, dark ? card : sidebar, 3)
-                                                      : dark ? "#0a84ff" : "#007aff"
-    readonly property color accentFill: hasAccentOverride ? Contrast.readable(accentOverride, textOnAccent, 4.5)
-                                                          : dark ? "#0a72e8" : "#006fe8"
+    readonly property color accent: hasAccentOverride
+                                    ? Contrast.readable(accentOverride, dark ? card : sidebar, shapeContrast)
+                                    : dark ? "#0a84ff" : "#007aff"
+    readonly property color accentFill: hasAccentOverride
+                                        ? Contrast.readable(accentOverride, textOnAccent, textContrast)
+                                        : dark ? "#0a72e8" : "#006fe8"
     readonly property color accentFillHover: Qt.darker(accentFill, 1.07)
     readonly property color accentFillPressed: Qt.darker(accentFill, 1.19)
-    readonly property color link: hasAccentOverride ? Contrast.readable(accentOverride, dark ? card : window, 4.5)
-                                                    : dark ? "#409cff" : "#0066cc"
+    readonly property color link: hasAccentOverride
+                                  ? Contrast.readable(accentOverride, dark ? card : window, textContrast)
+                                  : dark ? "#409cff" : "#0066cc"
     readonly property color ring: Qt.alpha(accent, dark ? 0.80 : 0.85)
     readonly property color fieldRing: Qt.alpha(accent, 0.50)
 

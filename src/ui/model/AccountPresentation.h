@@ -19,7 +19,6 @@ class AccountPresentation
     Q_PROPERTY(bool isServiceEnabled MEMBER m_isServiceEnabled CONSTANT)
     Q_PROPERTY(double usageFraction MEMBER m_usageFraction CONSTANT)
     Q_PROPERTY(QString usageCaption MEMBER m_usageCaption CONSTANT)
-    Q_PROPERTY(QString usageMenuText MEMBER m_usageMenuText CONSTANT)
     Q_PROPERTY(QString planText MEMBER m_planText CONSTANT)
     Q_PROPERTY(QString monthlyPrice MEMBER m_monthlyPrice CONSTANT)
     Q_PROPERTY(QString billingProvider MEMBER m_billingProvider CONSTANT)

@@ -28,7 +28,6 @@ class AppModelFacade final : public QObject
     Q_PROPERTY(tarnwik::DeviceListModel *devices READ devices CONSTANT)
     Q_PROPERTY(int selectedNodeIndex READ selectedNodeIndex NOTIFY selectedNodeIndexChanged)
     Q_PROPERTY(QVariant selectedNode READ selectedNodeVariant NOTIFY selectedNodeChanged)
-    Q_PROPERTY(bool hasSelectedNode READ hasSelectedNode NOTIFY selectedNodeChanged)
     Q_PROPERTY(QString selectedSection READ selectedSection WRITE setSelectedSection NOTIFY selectedSectionChanged)
     Q_PROPERTY(QVariantList sections READ sections CONSTANT)
 
@@ -52,7 +51,6 @@ public:
 
     /// The node that a connect would go through. That may be one that nobody chose.
     std::optional<NodePresentation> selectedNode() const { return m_selectedNode; }
-    bool hasSelectedNode() const { return m_selectedNode.value().has_value(); }
 
     /// Chooses the node of a row. A row that is not there is ignored.
     Q_INVOKABLE void selectNode(int index);

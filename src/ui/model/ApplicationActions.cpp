@@ -2,7 +2,6 @@
 
 #include "async/Detach.h"
 #include "platform/Desktop.h"
-#include "platform/URL.h"
 #include "ui/model/EnablingRules.h"
 #include "ui/model/Presentation.h"
 
@@ -12,21 +11,13 @@ namespace tarnwik {
 
 namespace {
 
-/// The service's support mailbox.
-QString supportURL()
-{
-    const std::optional<URL> url = URL::fromString(QStringLiteral("mailto:support@tarnwik.example"));
-    if (!url)
-        qFatal("the support mailbox is no URL");
-    return url->absoluteString();
-}
-
 std::optional<QString> billingPortalURL(const AppModel &model)
 {
     const std::optional<Account> account = model.account();
     return account ? presentation::billingPortalURL(*account) : std::nullopt;
 }
 
+const QString supportURL = QStringLiteral("mailto:support@tarnwik.example");
 const QString openDashboardShortcut = QStringLiteral("Ctrl+0");
 const QString quitShortcut = QStringLiteral("Ctrl+Q");
 const QString signOutTitle = QStringLiteral("Sign Out");
@@ -54,7 +45,7 @@ ApplicationActions::ApplicationActions(AppModel *model, std::shared_ptr<Desktop>
     , m_settingsSignOut({.title = signOutTitle, .symbol = signOutSymbol, .shortcut = {}},
                         [model] { async::detach(model->signOut()); })
     , m_emailSupport({.title = QStringLiteral("Email support"), .symbol = {}, .shortcut = {}},
-                     [this, url = supportURL()] { m_desktop->openURL(url); })
+                     [this] { m_desktop->openURL(supportURL); })
     , m_manageBilling({.title = QStringLiteral("Manage billing"),
                        .symbol = QStringLiteral("creditcard"),
                        .shortcut = {},

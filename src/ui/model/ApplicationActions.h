@@ -15,7 +15,6 @@ class ApplicationActions final : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(tarnwik::Action *openDashboard READ openDashboard CONSTANT)
-    Q_PROPERTY(tarnwik::Action *openTarnwik READ openTarnwik CONSTANT)
     Q_PROPERTY(tarnwik::VPNAction *vpn READ vpn CONSTANT)
     Q_PROPERTY(tarnwik::RefreshAction *refresh READ refresh CONSTANT)
     Q_PROPERTY(tarnwik::Action *settings READ settings CONSTANT)

@@ -5,8 +5,7 @@
 namespace tarnwik {
 
 NodePresentation::NodePresentation(const ExitNode &node)
-    : m_name(node.name)
-    , m_runtimeLine(presentation::runtimeLine(node))
+    : m_runtimeLine(presentation::runtimeLine(node))
     , m_caption(presentation::nodeCaption(node))
 {
 }

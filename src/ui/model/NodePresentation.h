@@ -11,7 +11,6 @@ namespace tarnwik {
 class NodePresentation
 {
     Q_GADGET
-    Q_PROPERTY(QString name MEMBER m_name CONSTANT)
     Q_PROPERTY(QString runtimeLine MEMBER m_runtimeLine CONSTANT)
     Q_PROPERTY(QString caption MEMBER m_caption CONSTANT)
 
@@ -24,7 +23,6 @@ public:
     bool operator==(const NodePresentation &) const = default;
 
 private:
-    QString m_name;
     QString m_runtimeLine;
     QString m_caption;
 };

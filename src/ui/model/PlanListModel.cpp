@@ -55,8 +55,6 @@ QVariant PlanListModel::data(const QModelIndex &index, int role) const
         return m_rows[i].isPurchasing;
     case IsUnavailableRole:
         return m_rows[i].isUnavailable;
-    case PlanIndexRole:
-        return index.row();
     default:
         return {};
     }
@@ -68,8 +66,7 @@ QHash<int, QByteArray> PlanListModel::roleNames() const
             {PriceLineRole, "priceLine"},
             {IsActiveRole, "isActive"},
             {IsPurchasingRole, "isPurchasing"},
-            {IsUnavailableRole, "isUnavailable"},
-            {PlanIndexRole, "planIndex"}};
+            {IsUnavailableRole, "isUnavailable"}};
 }
 
 } // namespace tarnwik

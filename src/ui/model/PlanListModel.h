@@ -22,8 +22,6 @@ public:
         IsPurchasingRole,
         /// The store has no product for the plan, and none is on its way.
         IsUnavailableRole,
-        /// What a purchase of the plan names it by.
-        PlanIndexRole,
     };
 
     /// \a store must outlive this object.

@@ -3,6 +3,8 @@
 #include "async/Detach.h"
 #include "ui/model/OptionalVariant.h"
 
+#include <utility>
+
 namespace tarnwik {
 
 SubscriptionsFacade::SubscriptionsFacade(AppModel *model, AppStoreSubscriptionStore *store)
@@ -13,7 +15,6 @@ SubscriptionsFacade::SubscriptionsFacade(AppModel *model, AppStoreSubscriptionSt
     using Store = AppStoreSubscriptionStore;
     QObject::connect(store, &Store::purchasedProductIDsChanged, this,
                      [this] { m_hasActiveSubscription = m_store->hasActiveSubscription(); });
-    QObject::connect(store, &Store::isLoadingProductsChanged, this, &SubscriptionsFacade::isLoadingProductsChanged);
     QObject::connect(store, &Store::isRestoringPurchasesChanged, this,
                      &SubscriptionsFacade::isRestoringPurchasesChanged);
     QObject::connect(store, &Store::statusMessageChanged, this, &SubscriptionsFacade::statusMessageChanged);

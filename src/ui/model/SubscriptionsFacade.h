@@ -15,7 +15,6 @@ class SubscriptionsFacade final : public QObject
     Q_OBJECT
     Q_PROPERTY(tarnwik::PlanListModel *plans READ plans CONSTANT)
     Q_PROPERTY(bool hasActiveSubscription READ hasActiveSubscription NOTIFY hasActiveSubscriptionChanged)
-    Q_PROPERTY(bool isLoadingProducts READ isLoadingProducts NOTIFY isLoadingProductsChanged)
     Q_PROPERTY(bool isRestoringPurchases READ isRestoringPurchases NOTIFY isRestoringPurchasesChanged)
     Q_PROPERTY(QVariant statusMessage READ statusMessage NOTIFY statusMessageChanged)
     Q_PROPERTY(QVariant errorMessage READ errorMessage NOTIFY errorMessageChanged)
@@ -26,13 +25,12 @@ public:
 
     PlanListModel *plans() { return &m_plans; }
     bool hasActiveSubscription() const { return m_hasActiveSubscription; }
-    bool isLoadingProducts() const { return m_store->isLoadingProducts(); }
     bool isRestoringPurchases() const { return m_store->isRestoringPurchases(); }
     QVariant statusMessage() const;
     QVariant errorMessage() const;
 
     /// Starts the purchase of a plan, through the store and the service to the account on the screen. It runs to its
-    /// end whatever becomes of the screen. A plan that does not exist is ignored.
+    /// end whatever becomes of the screen. \a planIndex is its row among the plans; one that does not exist is ignored.
     Q_INVOKABLE void purchase(int planIndex);
 
     /// The same with what was bought before.
@@ -40,7 +38,6 @@ public:
 
 Q_SIGNALS:
     void hasActiveSubscriptionChanged();
-    void isLoadingProductsChanged();
     void isRestoringPurchasesChanged();
     void statusMessageChanged();
     void errorMessageChanged();

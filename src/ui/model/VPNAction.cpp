@@ -23,21 +23,9 @@ void performOn(AppModel &model)
     }
 }
 
-} // namespace
-
-VPNAction::VPNAction(AppModel *model)
-    : Action({}, [model] { performOn(*model); })
-    , m_model(model)
+Action::Look lookOf(const ModelState &state, const VPNController &controller)
 {
-    for (const auto changed : {&AppModel::authTokenChanged, &AppModel::isLoadingChanged, &AppModel::nodesChanged})
-        QObject::connect(model, changed, this, &VPNAction::update);
-    QObject::connect(model->vpnController(), &VPNController::statusChanged, this, &VPNAction::update);
-    update();
-}
-
-VPNAction::Look VPNAction::look(const ModelState &state, const VPNController &controller)
-{
-    Look look;
+    Action::Look look;
     look.isEnabled = enabling::isVPNCommandEnabled(state);
     switch (state.actionState) {
     case VPNActionState::CanConnect:
@@ -57,12 +45,24 @@ VPNAction::Look VPNAction::look(const ModelState &state, const VPNController &co
     return look;
 }
 
+} // namespace
+
+VPNAction::VPNAction(AppModel *model)
+    : Action({}, [model] { performOn(*model); })
+    , m_model(model)
+{
+    for (const auto changed : {&AppModel::authTokenChanged, &AppModel::isLoadingChanged, &AppModel::nodesChanged})
+        QObject::connect(model, changed, this, &VPNAction::update);
+    QObject::connect(model->vpnController(), &VPNController::statusChanged, this, &VPNAction::update);
+    update();
+}
+
 void VPNAction::update()
 {
     const ModelState state = ModelState::of(*m_model);
-    const int formerState = std::exchange(m_state, static_cast<int>(state.actionState));
+    const VPNActionState formerState = std::exchange(m_state, state.actionState);
     const bool wasEnabledOnScreen = std::exchange(m_isEnabledOnScreen, enabling::isVPNControlEnabled(state));
-    setLook(look(state, *m_model->vpnController()));
+    setLook(lookOf(state, *m_model->vpnController()));
     if (m_state != formerState || m_isEnabledOnScreen != wasEnabledOnScreen)
         Q_EMIT stateChanged();
 }

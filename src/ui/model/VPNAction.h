@@ -5,21 +5,19 @@
 
 namespace tarnwik {
 
-struct ModelState;
-
 /// Connect or Disconnect, whichever the tunnel's status allows; the status in words while it changes.
 class VPNAction final : public Action
 {
     Q_OBJECT
-    Q_PROPERTY(int state READ state NOTIFY stateChanged)
+    Q_PROPERTY(int state READ stateNumber NOTIFY stateChanged)
     Q_PROPERTY(bool isEnabledOnScreen READ isEnabledOnScreen NOTIFY stateChanged)
 
 public:
     /// \a model must outlive this object.
     explicit VPNAction(AppModel *model);
 
-    /// A VPNActionState: vpn_action_states names them for QML.
-    int state() const { return m_state; }
+    /// What a trigger would do. For QML the state is a number.
+    VPNActionState state() const { return m_state; }
 
     /// Whether the Connect screen offers it, which does not ask for a session as the menus do.
     bool isEnabledOnScreen() const { return m_isEnabledOnScreen; }
@@ -31,11 +29,11 @@ Q_SIGNALS:
     void stateChanged();
 
 private:
-    static Look look(const ModelState &state, const VPNController &controller);
+    int stateNumber() const { return static_cast<int>(m_state); }
     void update();
 
     AppModel *m_model;
-    int m_state = 0;
+    VPNActionState m_state = VPNActionState::CanConnect;
     bool m_isEnabledOnScreen = false;
 };
 

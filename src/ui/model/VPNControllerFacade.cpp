@@ -12,7 +12,7 @@ VPNControllerFacade::VPNControllerFacade(const VPNController *controller)
 void VPNControllerFacade::update()
 {
     const QString statusLabel = m_controller->statusLabel();
-    const int actionState = static_cast<int>(m_controller->actionState());
+    const VPNActionState actionState = m_controller->actionState();
     // Several statuses read the same.
     if (statusLabel == m_statusLabel && actionState == m_actionState)
         return;

@@ -6,12 +6,11 @@
 
 namespace tarnwik {
 
-/// The VPN controller as QML sees it. Lives on the main thread.
+/// The VPN controller as the screens and menus see it. Lives on the main thread.
 class VPNControllerFacade final : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QString statusLabel READ statusLabel NOTIFY changed)
-    Q_PROPERTY(int actionState READ actionState NOTIFY changed)
 
 public:
     /// \a controller must outlive this object.
@@ -19,10 +18,11 @@ public:
 
     QString statusLabel() const { return m_statusLabel; }
 
-    /// A VPNActionState: vpn_action_states names them for QML.
-    int actionState() const { return m_actionState; }
+    /// What the connect/disconnect control offers.
+    VPNActionState actionState() const { return m_actionState; }
 
 Q_SIGNALS:
+    /// Label or state is another one.
     void changed();
 
 private:
@@ -30,7 +30,7 @@ private:
 
     const VPNController *m_controller;
     QString m_statusLabel;
-    int m_actionState = 0;
+    VPNActionState m_actionState = VPNActionState::CanConnect;
 };
 
 } // namespace tarnwik

@@ -13,10 +13,12 @@ Card {
 
     signal subscribe
 
+    readonly property int gap: 12
     readonly property real room: width - 2 * Theme.cardPadding
-    readonly property bool isStacked: Math.max(titleLabel.implicitWidth, price.implicitWidth) + 12 + side.width > room
+    readonly property bool isStacked: Math.max(titleLabel.implicitWidth, price.implicitWidth) + gap + side.width > room
 
-    implicitHeight: 2 * Theme.cardPadding + (isStacked ? lines.height + 12 + side.height : Math.max(lines.height, side.height))
+    implicitHeight: 2 * Theme.cardPadding + (isStacked ? lines.height + gap + side.height
+                                                        : Math.max(lines.height, side.height))
     Accessible.role: Accessible.ListItem
     Accessible.name: title
     Accessible.description: priceLine
@@ -26,7 +28,7 @@ Card {
 
         x: Theme.cardPadding
         y: row.isStacked ? Theme.cardPadding : (row.height - height) / 2
-        width: row.isStacked ? row.room : row.room - 12 - side.width
+        width: row.isStacked ? row.room : row.room - row.gap - side.width
         spacing: 4
 
         Label {
@@ -52,7 +54,7 @@ Card {
         id: side
 
         x: row.isStacked ? Theme.cardPadding : row.width - Theme.cardPadding - width
-        y: row.isStacked ? lines.y + lines.height + 12 : (row.height - height) / 2
+        y: row.isStacked ? lines.y + lines.height + row.gap : (row.height - height) / 2
         width: row.isActive ? active.implicitWidth : button.implicitWidth
         height: Theme.prominentHeight
 

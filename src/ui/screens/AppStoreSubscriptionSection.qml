@@ -53,10 +53,10 @@ Column {
         model: section.appStoreSubscriptions.plans
 
         AppStorePlanRow {
-            required property int planIndex
+            required property int index
 
             width: section.width
-            onSubscribe: section.appStoreSubscriptions.purchase(planIndex)
+            onSubscribe: section.appStoreSubscriptions.purchase(index)
         }
     }
     Label {
@@ -70,7 +70,6 @@ Column {
     }
     ErrorText {
         objectName: "storeError"
-        visible: text !== ""
         width: parent.width
         textStyle: "footnote"
         text: section.appStoreSubscriptions.errorMessage ?? ""

@@ -4,9 +4,9 @@ import QtQuick
 QtObject {
     id: task
 
-    // Where such tasks are begun and ended.
+    /// Where such tasks are begun and ended.
     required property var tasks
-    // Which one: a value of AppearanceTasks.Kind.
+    /// Which one: a value of AppearanceTasks.Kind.
     required property int kind
 
     property int handle

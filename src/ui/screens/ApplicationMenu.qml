@@ -11,16 +11,13 @@ T.Menu {
     y: parent.height + 4
     margins: 6
     padding: 5
-    implicitWidth: Math.max(220, openDashboard.implicitWidth, vpn.implicitWidth, refresh.implicitWidth, quit.implicitWidth)
-                   + leftPadding + rightPadding
+    implicitWidth: Math.max(220, openDashboard.implicitWidth, vpn.implicitWidth, refresh.implicitWidth,
+                            quit.implicitWidth) + leftPadding + rightPadding
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     // A press on the button that it belongs to is the button's, which then closes it.
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
 
-    background: Rectangle {
-        radius: Theme.cardRadius
-        color: Theme.card
-        border.width: 1
+    background: Card {
         border.color: Theme.controlBorder
     }
     contentItem: ListView {

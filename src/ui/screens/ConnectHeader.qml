@@ -1,7 +1,8 @@
 import QtQuick
 import Tarnwik.Controls
 
-/// What the Connect screen shows above the nodes: state, exit-node picker, action control, error, and the nodes' heading.
+/// What the Connect screen shows above the nodes: state, exit-node picker, action control, error, and the nodes'
+/// heading.
 Column {
     id: header
 
@@ -53,7 +54,6 @@ Column {
     ErrorText {
         objectName: "error"
         width: parent.width
-        visible: text !== ""
         textStyle: "footnote"
         text: header.appModel.errorMessage ?? ""
     }

@@ -5,8 +5,8 @@ import QtQuick.Templates as T
 import Tarnwik
 import Tarnwik.Controls
 
-/// The tunnel's state and its control, the exit nodes and the devices. The nodes' rows are built only when seen: all else
-/// stands above or below them in the same list.
+/// The tunnel's state and its control, the exit nodes and the devices. The nodes' rows are built only when seen: all
+/// else stands above or below them in the same list.
 FocusScope {
     id: screen
 

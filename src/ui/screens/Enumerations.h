@@ -1,7 +1,7 @@
 #pragma once
 
+#include "tunnel/VPNController.h"
 #include "ui/model/AppearanceTasks.h"
-#include "ui/model/VPNActionStates.h"
 
 #include <QtQml/qqml.h>
 
@@ -15,9 +15,9 @@ Q_NAMESPACE
 QML_NAMED_ELEMENT(VPNActionState)
 
 enum State {
-    CanConnect = vpn_action_states::CanConnect,
-    CanDisconnect = vpn_action_states::CanDisconnect,
-    InTransition = vpn_action_states::InTransition,
+    CanConnect = static_cast<int>(tarnwik::VPNActionState::CanConnect),
+    CanDisconnect = static_cast<int>(tarnwik::VPNActionState::CanDisconnect),
+    InTransition = static_cast<int>(tarnwik::VPNActionState::InTransition),
 };
 Q_ENUM_NS(State)
 

@@ -1,7 +1,8 @@
 import QtQuick
 import Tarnwik.Controls
 
-/// Chooses the exit node. Only a person's choice is written; what the model has is shown, and nothing where it has none.
+/// Chooses the exit node. Only a person's choice is written; what the model has is shown, and nothing where it has
+/// none.
 Flow {
     id: row
 

@@ -1,7 +1,6 @@
 // Components that a loader or a list makes cannot be bound in Qt 6.4.
 // qmllint disable unqualified
 import QtQuick
-import Tarnwik.Controls
 
 /// What the main window shows: the dashboard while there is a session, else the sign-in screen.
 FocusScope {
@@ -12,9 +11,6 @@ FocusScope {
     required property var appStoreSubscriptions
     required property var actions
     required property var tasks
-
-    readonly property int minimumWidth: Theme.windowMinimumWidth
-    readonly property int minimumHeight: Theme.windowMinimumHeight
 
     focus: true
 

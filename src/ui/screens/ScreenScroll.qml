@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Tarnwik.Controls
 
-/// A screen that scrolls as a whole: its blocks in one column, of at most the width that reads well, at the leading edge.
+/// A screen that scrolls as a whole: its blocks in one column, of at most the width that reads well, at the leading
+/// edge.
 FocusScope {
     id: screen
 

@@ -2,14 +2,17 @@ import QtQuick
 import QtQuick.Window
 import Tarnwik.Controls
 
-/// Lets the keyboard reach all of a scrolling view: the paging keys move it, and whatever takes the focus comes into it.
+/// Lets the keyboard reach all of a scrolling view: the paging keys move it, and whatever takes the focus comes into
+/// it.
 Item {
     id: reach
 
     required property Flickable view
 
-    // How far round a focused control is shown with it, so that its ring is seen.
+    /// How far round a focused control is shown with it, so that its ring is seen.
     readonly property int margin: 8
+    /// How far an arrow key moves the view.
+    readonly property int lineStep: 40
     readonly property real first: view.originY - view.topMargin
     readonly property real last: Math.max(first, view.originY + view.contentHeight + view.bottomMargin - view.height)
 
@@ -43,8 +46,8 @@ Item {
         const steps = {
             [Qt.Key_PageDown]: page,
             [Qt.Key_PageUp]: -page,
-            [Qt.Key_Down]: 40,
-            [Qt.Key_Up]: -40,
+            [Qt.Key_Down]: lineStep,
+            [Qt.Key_Up]: -lineStep,
             [Qt.Key_End]: view.contentHeight,
             [Qt.Key_Home]: -view.contentHeight
         };

@@ -1,7 +1,8 @@
 import QtQuick
 import Tarnwik.Controls
 
-/// The server in use, the way to support, and sign-out: a section of the dashboard and the content of the settings window.
+/// The server in use, the way to support, and sign-out: a section of the dashboard and the content of the settings
+/// window.
 ScreenScroll {
     id: screen
 

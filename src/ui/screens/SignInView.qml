@@ -42,10 +42,11 @@ FocusScope {
             id: column
 
             readonly property real fixedHeight: heading.height + spacing + form.height
+            readonly property real freeHeight: screen.height - 2 * screen.padding - fixedHeight
 
             x: (parent.width - width) / 2
             // Above the middle, and below the menu button where there is little room.
-            y: Math.max(Theme.headerHeight, screen.padding + 24, screen.padding + (screen.height - 2 * screen.padding - fixedHeight) * 0.46)
+            y: Math.max(Theme.headerHeight, screen.padding + 24, screen.padding + freeHeight * 0.46)
             width: Math.min(Theme.signInMaximumWidth, screen.width - 2 * screen.padding)
             spacing: 22
 
@@ -123,7 +124,6 @@ FocusScope {
             ErrorText {
                 objectName: "error"
                 width: parent.width
-                visible: text !== ""
                 text: screen.appModel.errorMessage ?? ""
             }
         }

@@ -9,7 +9,7 @@ Loader {
     id: environment
 
     required property var tasks
-    // Whether the window of the scene is on the screen, or minimised.
+    /// Whether the window of the scene is on the screen, or minimised.
     required property bool isShown
     default property Component scene
 

@@ -2,8 +2,8 @@ import QtQuick
 import Tarnwik
 import Tarnwik.Controls
 
-/// Connects or disconnects; while the tunnel changes its state, tells which way. Whoever works it with the keyboard keeps
-/// the focus through its three forms.
+/// Connects or disconnects; while the tunnel changes its state, tells which way. Whoever works it with the keyboard
+/// keeps the focus through its three forms.
 FocusScope {
     id: control
 

@@ -50,7 +50,6 @@ QtObject {
         addNode("sin-1", "Kestrel · singapore · 192.0.2.130:51820", "Online", true, "Singapore · sin-1")
         appModel.selectedNodeIndex = 0
         appModel.selectedNode = node
-        appModel.hasSelectedNode = true
         appModel.devices.append({ name: "Mira’s ThinkPad", detail: "linux · 1 profile", isEnabled: true })
         appModel.devices.append({ name: "Old MacBook", detail: "macos · 2 profiles", isEnabled: false })
     }
@@ -58,7 +57,7 @@ QtObject {
     function choose(index) {
         appModel.selectedNodeIndex = index
         const row = appModel.nodes.get(index)
-        appModel.selectedNode = { name: row.name, runtimeLine: row.name + " · wireguard kernel", caption: row.caption }
+        appModel.selectedNode = { runtimeLine: row.name + " · wireguard kernel", caption: row.caption }
     }
     function addNode(name, detail, statusText, isOnline, caption) {
         appModel.nodes.append({ name: name, detail: detail, statusText: statusText, isOnline: isOnline, caption: caption })
@@ -74,7 +73,6 @@ QtObject {
         property ListModel devices: ListModel {}
         property int selectedNodeIndex: -1
         property var selectedNode
-        property bool hasSelectedNode: false
         property string selectedSection: "connect"
         readonly property var sections: [
             { section: "connect", title: "Connect", symbol: "network" },
@@ -94,12 +92,11 @@ QtObject {
     }
     readonly property QtObject vpnController: QtObject {
         property string statusLabel: "Disconnected"
-        property int actionState: 0
     }
     readonly property QtObject appStoreSubscriptions: QtObject {
         property ListModel plans: ListModel {
-            ListElement { title: "Monthly"; priceLine: "$14.99/month"; isActive: false; isPurchasing: false; isUnavailable: false; planIndex: 0 }
-            ListElement { title: "Yearly"; priceLine: "$119.00/year · $9.99/month"; isActive: false; isPurchasing: false; isUnavailable: false; planIndex: 1 }
+            ListElement { title: "Monthly"; priceLine: "$14.99/month"; isActive: false; isPurchasing: false; isUnavailable: false }
+            ListElement { title: "Yearly"; priceLine: "$119.00/year · $9.99/month"; isActive: false; isPurchasing: false; isUnavailable: false }
         }
         property bool hasActiveSubscription: false
         property bool isLoadingProducts: false

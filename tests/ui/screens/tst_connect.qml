@@ -62,7 +62,6 @@ ScreenTest {
     function test_nodesButNoSelectedNode() {
         standIns.fill()
         standIns.appModel.selectedNode = undefined
-        standIns.appModel.hasSelectedNode = false
         standIns.appModel.selectedNodeIndex = -1
         standIns.actions.vpn.isEnabledOnScreen = false
         show()

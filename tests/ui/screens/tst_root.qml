@@ -70,11 +70,6 @@ ScreenTest {
         tryVerify(() => standIns.tasks.runningKinds().length === 2)
         compare(standIns.tasks.runningKinds(), [AppearanceTasks.Dashboard, AppearanceTasks.AccountScreen])
     }
-    function test_smallestSizeIs420By540() {
-        show()
-        compare(shown.minimumWidth, 420)
-        compare(shown.minimumHeight, 540)
-    }
     function test_sidebarHasTheSectionsInTheirOrder() {
         showSignedIn()
         compare(rows().map(item => item.text), ["Connect", "Account", "Settings"])
