@@ -72,7 +72,14 @@ bundle=$product/Tarnwik.app
 rm -rf "$product"
 mkdir -p "$product"
 ditto "$build/src/ui/app/tarnwik.app" "$bundle"
-"$(brew --prefix qt)/bin/macdeployqt" "$bundle" -qmldir=src/ui -executable="$bundle/Contents/MacOS/tarnwikctl"
+executables=("-executable=$bundle/Contents/MacOS/tarnwikctl")
+if [ "$identity" != - ]; then
+  # With entitlements it would need a profile and a container of its own: it would be stopped as it starts.
+  rm "$bundle/Contents/MacOS/tarnwikctl"
+  executables=()
+fi
+# An empty array is an error to the system's own old bash under “set -u”.
+"$(brew --prefix qt)/bin/macdeployqt" "$bundle" -qmldir=src/ui ${executables[@]+"${executables[@]}"}
 [ -z "$profile" ] || cp "$profile" "$bundle/Contents/embedded.provisionprofile"
 
 echo "Signing…"
@@ -94,9 +101,8 @@ done < <(find "$bundle/Contents/PlugIns" "$bundle/Contents/Frameworks" -name '*.
 while IFS= read -r -d '' framework; do
   sign "$framework"
 done < <(find "$bundle/Contents/Frameworks" -maxdepth 1 -name '*.framework' -print0)
-# An empty array is an error to the system's own old bash under “set -u”.
-sign ${entitlements[@]+"${entitlements[@]}"} --identifier example.tarnwik.client.tarnwikctl \
-  "$bundle/Contents/MacOS/tarnwikctl"
+[ "$identity" != - ] ||
+  sign --identifier example.tarnwik.client.tarnwikctl "$bundle/Contents/MacOS/tarnwikctl"
 sign ${entitlements[@]+"${entitlements[@]}"} "$bundle"
 codesign --verify --deep --strict --verbose=2 "$bundle"
 

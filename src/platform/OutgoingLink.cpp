@@ -18,7 +18,7 @@ bool isMailAddress(const QUrl &url)
 
 std::optional<QUrl> outgoingLink(const QString &url)
 {
-    const QUrl address(url, QUrl::StrictMode);
+    QUrl address(url, QUrl::StrictMode);
     if (!address.isValid() || (!isWebAddress(address) && !isMailAddress(address)))
         return std::nullopt;
     return address;

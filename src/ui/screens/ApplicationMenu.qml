@@ -16,6 +16,8 @@ T.Menu {
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     // A press on the button that it belongs to is the button's, which then closes it.
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
+    // Left for another control it would stay, deaf to Escape, and keep the window's shortcuts from working.
+    onActiveFocusChanged: if (opened && !activeFocus && !parent.activeFocus) close()
 
     background: Card {
         border.color: Theme.controlBorder

@@ -34,9 +34,12 @@ ToolButton {
         sourceComponent: ApplicationMenu {
             parent: button
             actions: button.actions
-            // A menu leaves the focus nowhere.
             onOpened: currentIndex = button.isWorkedByKeyboard ? 0 : -1
-            onClosed: button.forceActiveFocus(button.menuReason)
+            // A menu leaves the focus nowhere, but where it was left for another control.
+            onClosed: {
+                if (!button.Window.activeFocusItem?.activeFocusOnTab)
+                    button.forceActiveFocus(button.menuReason);
+            }
         }
     }
 }

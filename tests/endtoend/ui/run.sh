@@ -2,8 +2,8 @@
 # run.sh TARNWIK TARNWIKCTL TARNWIK_SERVICE [PYTEST_OPTION...]: tests the application on a desktop of its own.
 #
 # Without options two halves of the tests run at a time, each on its own desktop, since much of what they do is waiting.
-# With options, such as the name of a test file, there is but one run. Every process is gone afterwards, even if this
-# script is killed. Exit status 77, with the reason, where something that this takes is not installed. In the
+# With options, such as the name of a test file, there is but one run. Every process is gone afterwards, also when this
+# script is terminated. Exit status 77, with the reason, where something that this takes is not installed. In the
 # environment:
 #
 #   TARNWIK_TEST_RESULTS     a folder for files that list every test with its outcome, when there are no options
@@ -33,9 +33,20 @@ cd "$here"
 TMPDIR=$(mktemp -d "${TMPDIR:-/tmp}/tarnwik-application.XXXXXX")
 export TMPDIR
 started=()
+# descendants PROCESS: that process, and all that it and those have started.
+descendants() {
+  local child
+  echo "$1"
+  for child in $(cat "/proc/$1/task/"*/children 2>/dev/null); do
+    descendants "$child"
+  done
+}
 clean_up() {
-  # Each process ends with the one that started it: it is enough to end the first.
-  [ ${#started[@]} = 0 ] || kill -KILL "${started[@]}" 2>/dev/null || true
+  local process all=()
+  for process in "${started[@]}"; do
+    mapfile -t -O ${#all[@]} all < <(descendants "$process")
+  done
+  [ ${#all[@]} = 0 ] || kill -KILL "${all[@]}" 2>/dev/null || true
   wait
   rm -rf "$TMPDIR"
 }

@@ -121,6 +121,19 @@ def test_the_application_menu(signed_in):
     signed_in.window('Settings')
 
 
+def test_a_menu_that_is_left_is_closed_and_does_not_keep_the_keys(signed_in):
+    focus_by_tab(signed_in, 'Menu')
+    keyboard.press_key('Return')
+    wait_until(lambda: signed_in.has('menu item', 'Quit'), 'the menu')
+    # As a screen reader does.
+    row = signed_in.find('list item', 'Account')
+    row.act('SetFocus')
+    wait_until(lambda: not signed_in.has('menu item', 'Quit'), 'the menu to be closed')
+    stays_true(lambda: row.is_focused, 'the focus where it was put')
+    keyboard.press_key('ctrl+3')
+    signed_in.find('heading', 'Settings')
+
+
 def test_the_application_menu_of_nobody(demo):
     demo.find(name='Menu').press()
     demo.find('menu item', 'Quit')

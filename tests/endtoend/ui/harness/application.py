@@ -13,8 +13,7 @@ from .waiting import SLOWNESS, wait_until
 PROGRAM = os.environ['TARNWIK_PROGRAM']
 CONTROL_PROGRAM = os.environ['TARNWIKCTL_PROGRAM']
 # The window system's libraries copy texts by their length, where the sanitizer would read on.
-SANITIZER_OPTIONS = {'ASAN_OPTIONS': f'{os.environ.get("ASAN_OPTIONS", "")}:strict_string_checks=0',
-                     'LSAN_OPTIONS': f'suppressions={Path(__file__).with_name("leaks.txt")}:print_suppressions=0'}
+SANITIZER_OPTIONS = f'{os.environ.get("ASAN_OPTIONS", "")}:strict_string_checks=0'
 POPUP_ROLES = {'dialog', 'popup menu'}
 
 
@@ -56,7 +55,7 @@ class Application:
     def __init__(self, home, *arguments):
         self.home = home
         self.log = home.folder / f'messages-{time.monotonic_ns()}'
-        environment = dict(home.environment, **SANITIZER_OPTIONS)
+        environment = dict(home.environment, ASAN_OPTIONS=SANITIZER_OPTIONS)
         # Into a file: a pipe that the test holds would keep it from seeing the program's end.
         with open(self.log, 'wb') as log:
             self.process = subprocess.Popen([*ENDS_WITH_TESTS, PROGRAM, *arguments], env=environment,

@@ -9,12 +9,12 @@ def _xdotool(*arguments):
 
 def press_key(*keys):
     """Presses keys one after the other, such as "Tab" or "ctrl+shift+c"."""
-    _xdotool('key', '--clearmodifiers', '--delay', '12', *keys)
+    _xdotool('key', '--clearmodifiers', '--delay', '4', *keys)
 
 
 def type_text(text):
     """Types into whatever has the focus."""
-    _xdotool('type', '--clearmodifiers', '--delay', '8', text)
+    _xdotool('type', '--clearmodifiers', '--delay', '3', text)
 
 
 def click(node):
