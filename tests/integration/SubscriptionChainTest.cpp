@@ -28,7 +28,7 @@ protected:
         m_store.startObservingTransactions();
     }
 
-    ~SubscriptionChain() override { m_model.stopUsageRefreshLoop(); }
+    void TearDown() override { m_model.stopUsageRefreshLoop(); }
 
     static QString text(const char *utf8) { return QString::fromUtf8(utf8); }
 
