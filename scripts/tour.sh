@@ -34,6 +34,16 @@ export DISPLAY
 openbox >/dev/null 2>&1 &
 started+=($!)
 
+# until_true COMMAND...: waits until COMMAND succeeds, for 20 seconds at most.
+until_true() {
+  local left=200
+  until "$@" >/dev/null 2>&1; do
+    [ $((left -= 1)) -gt 0 ] || { echo "Waited in vain: $*" >&2; cat "$world/log" >&2; return 1; }
+    sleep 0.1
+  done
+}
+until_true xdotool get_num_desktops
+
 # status KEY: what tarnwikctl tells under KEY.
 status() {
   "$client" --demo --json status 2>/dev/null | python3 -c '
@@ -70,8 +80,10 @@ scheme() {
 echo "The whole job, in the application:"
 build/release/src/ui/app/tarnwik --demo >"$world/log" 2>&1 &
 started+=($!)
-window=$(xdotool search --sync --onlyvisible --name '^Tarnwik$' | head -1)
-xdotool windowfocus --sync "$window"
+has_window() { window=$(xdotool search --onlyvisible --name '^Tarnwik$') && [ -n "$window" ]; }
+has_focus() { xdotool windowfocus "$window" && [ "$(xdotool getwindowfocus)" = "$window" ]; }
+until_true has_window
+until_true has_focus
 picture 1-sign-in
 xdotool type --delay 20 demo@tarnwik.example
 keys Tab
