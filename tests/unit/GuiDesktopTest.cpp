@@ -31,10 +31,9 @@ public:
         QDesktopServices::setUrlHandler(scheme, this, "open");
     }
 
-    QList<QUrl> opened;
+    Q_INVOKABLE void open(const QUrl &url) { opened.append(url); }
 
-public Q_SLOTS:
-    void open(const QUrl &url) { opened.append(url); }
+    QList<QUrl> opened;
 
 private:
     QStringList m_schemes;
