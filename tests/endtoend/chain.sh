@@ -27,7 +27,7 @@ done
 # The client runs as an ordinary user where there is one: from copies, since that user may not reach the build.
 cp "$1" "$world/tarnwikctl"
 cp "$2" "$world/tarnwik-service"
-cp -r "$tests/support/keyring" "$world/keyring"
+cp -r "$tests/support/keyring" "$tests/support/processes.sh" "$world/"
 cp "$tests/endtoend/chain-customer.sh" "$world/"
 desktop=()
 if [ $# = 3 ]; then

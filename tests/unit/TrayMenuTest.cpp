@@ -3,7 +3,6 @@
 #include "support/ModelFixture.h"
 #include "ui/app/MenuText.h"
 
-#include <QElapsedTimer>
 #include <QSignalSpy>
 
 namespace tarnwik::test {
@@ -156,14 +155,10 @@ TEST_F(TrayMenu, aNodeCannotBeChosenOnceTheTunnelRunsThoughTheMenuIsStillOpen)
     EXPECT_EQ(checkedRow(), m_appModel.selectedNodeIndex());
 }
 
-TEST_F(TrayMenu, tenThousandNodesCostNothingBeforeTheyAreLookedAt)
+TEST_F(TrayMenu, tenThousandNodesAreNoRowsBeforeTheyAreLookedAt)
 {
     serveNodes(10000);
     signIn();
-    QElapsedTimer clock;
-    clock.start();
-    const TarnwikMenuBarView another(&m_appModel, &m_vpnController, &m_actions, &m_tasks);
-    EXPECT_LT(clock.elapsed(), 50);
     EXPECT_EQ(exitNodeMenu()->actions().size(), 1);
 }
 

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string_view>
 
 namespace {
 
@@ -37,7 +38,10 @@ int fail(const char *sentence)
 /// Whether there is a desktop to show windows on. Qt ends the program when there is none.
 bool hasDesktop(int argc, char **argv)
 {
-    const auto isPlatform = [](const char *argument) { return qstrcmp(argument, "-platform") == 0; };
+    // Qt takes its options with one dash or two.
+    const auto isPlatform = [](std::string_view argument) {
+        return argument == "-platform" || argument == "--platform";
+    };
     return hasSystemDesktop() || qEnvironmentVariableIsSet("QT_QPA_PLATFORM")
         || std::any_of(argv, argv + argc, isPlatform);
 }

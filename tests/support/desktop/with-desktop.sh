@@ -23,52 +23,24 @@ for program in Xvfb openbox xdotool setpriv "$launcher" /usr/bin/python3; do
 done
 [ -n "${DBUS_SESSION_BUS_ADDRESS:-}" ] || { echo "with-desktop.sh: there is no session bus." >&2; exit 2; }
 
-logs=$(mktemp -d "${TMPDIR:-/tmp}/tarnwik-desktop.XXXXXX")
-started=()
-clean_up() {
-  local index
-  for ((index = ${#started[@]} - 1; index >= 0; index--)); do
-    kill "${started[index]}" 2>/dev/null || true
-    wait "${started[index]}" 2>/dev/null || true
-  done
-  rm -rf "$logs"
-}
-trap clean_up EXIT
-trap 'exit 143' TERM INT HUP
-
-# in_background NAME COMMAND...: starts COMMAND, which ends when this script does, whatever ends it.
-in_background() {
-  local log=$logs/$1.log
-  shift
-  setpriv --pdeathsig KILL "$@" >>"$log" 2>&1 </dev/null &
-  started+=($!)
-}
-
-# until_true COMMAND...: waits until COMMAND succeeds, for 10 seconds at most.
-until_true() {
-  local left=1000
-  until "$@" >/dev/null 2>&1; do
-    [ $((left -= 1)) -gt 0 ] || { echo "with-desktop.sh: waited in vain for: $*" >&2; cat "$logs"/*.log >&2; exit 1; }
-    sleep 0.01
-  done
-}
+. "$here/../processes.sh" tarnwik-desktop
 
 is_accessible() {
   dbus-send --session --print-reply=literal --dest=org.a11y.Bus /org/a11y/bus org.a11y.Bus.GetAddress | grep -q unix:
 }
 
 # The server takes a display number that is free, and tells it when it is ready.
-in_background screen Xvfb -displayfd 3 -screen 0 1280x960x24 -nolisten tcp -noreset 3>"$logs/display"
-until_true test -s "$logs/display"
-DISPLAY=:$(cat "$logs/display")
+in_background screen Xvfb -displayfd 3 -screen 0 1280x960x24 -nolisten tcp -noreset 3>"$world/display" </dev/null
+until_true test -s "$world/display"
+DISPLAY=:$(cat "$world/display")
 export DISPLAY
 unset WAYLAND_DISPLAY XAUTHORITY
 # The keyboard's library hands texts without an end to strndup, as it may: too strict a sanitizer stops it.
 [ -z "${ASAN_OPTIONS:-}" ] || export ASAN_OPTIONS=$ASAN_OPTIONS:strict_string_checks=0
 export DBUS_SYSTEM_BUS_ADDRESS=$system_bus QT_QPA_PLATFORM=xcb
 
-in_background windows openbox --sm-disable --config-file "$here/openbox.xml"
-in_background accessibility "$launcher" --launch-immediately
+in_background windows openbox --sm-disable --config-file "$here/openbox.xml" </dev/null
+in_background accessibility "$launcher" --launch-immediately </dev/null
 until_true is_accessible
 until_true xdotool get_num_desktops
 

@@ -38,19 +38,8 @@ if [ ${#answers[@]} -gt 0 ] && ! /usr/bin/python3 -c 'import gi; gi.require_vers
   exit 77
 fi
 
-home=$(mktemp -d "${TMPDIR:-/tmp}/tarnwik-keyring.XXXXXX")
-started=()
-clean_up() {
-  # The bus goes last, so that the others are not told of its end.
-  local index
-  for ((index = ${#started[@]} - 1; index >= 0; index--)); do
-    kill "${started[index]}" 2>/dev/null || true
-    wait "${started[index]}" 2>/dev/null || true
-  done
-  rm -rf "$home"
-}
-trap clean_up EXIT
-trap 'exit 143' TERM INT HUP
+. "$here/../processes.sh" tarnwik-keyring
+home=$world
 
 mkdir -p "$home/run" "$home/.local/share/keyrings" "$home/services"
 chmod 700 "$home/run"
@@ -59,34 +48,16 @@ export HOME=$home XDG_RUNTIME_DIR=$home/run XDG_DATA_HOME=$home/.local/share XDG
 unset GNOME_KEYRING_CONTROL GNOME_KEYRING_TEST_PROMPTER SECRET_SERVICE_BUS_NAME SECRET_BACKEND DISPLAY WAYLAND_DISPLAY \
   DBUS_SESSION_BUS_ADDRESS
 
-# in_background LOG COMMAND...: starts COMMAND, which ends when this script does, whatever ends it.
-in_background() {
-  local log=$1
-  shift
-  setpriv --pdeathsig KILL "$@" >>"$log" 2>&1 <&0 &
-  started+=($!)
-}
-
-# until_true SECONDS COMMAND...: waits until COMMAND succeeds.
-until_true() {
-  local left=$(($1 * 100))
-  shift
-  until "$@" >/dev/null 2>&1; do
-    [ $((left -= 1)) -gt 0 ] || { echo "with-keyring.sh: waited in vain for: $*" >&2; cat "$home"/*.log >&2; exit 1; }
-    sleep 0.01
-  done
-}
-
 is_owned() {
   dbus-send --session --print-reply=literal --dest=org.freedesktop.DBus / org.freedesktop.DBus.NameHasOwner \
     "string:$1" | grep -q true
 }
 
 start_keyring() {
-  in_background "$home/keyring.log" gnome-keyring-daemon --foreground --components=secrets "$@" \
+  in_background keyring gnome-keyring-daemon --foreground --components=secrets "$@" \
     < <(printf '%s' "$password")
   export TARNWIK_KEYRING_PID=$!
-  until_true 10 is_owned org.freedesktop.secrets
+  until_true is_owned org.freedesktop.secrets
 }
 
 if [ $state != no-bus ]; then
@@ -104,10 +75,10 @@ if [ $state != no-bus ]; then
   </policy>
 </busconfig>
 CONF
-  in_background "$home/bus.log" dbus-daemon --config-file="$home/session.conf" --nofork --nopidfile </dev/null
+  in_background bus dbus-daemon --config-file="$home/session.conf" --nofork --nopidfile </dev/null
   export TARNWIK_BUS_PID=$!
   export DBUS_SESSION_BUS_ADDRESS=unix:path=$home/run/bus
-  until_true 10 test -S "$home/run/bus"
+  until_true test -S "$home/run/bus"
 fi
 
 case $state in
@@ -125,9 +96,9 @@ esac
 
 export TARNWIK_PROMPTER_LOG=$home/prompter
 if [ ${#answers[@]} -gt 0 ]; then
-  in_background "$home/prompter.log" /usr/bin/python3 "$here/prompter.py" --log "$TARNWIK_PROMPTER_LOG" \
+  in_background prompter /usr/bin/python3 "$here/prompter.py" --log "$TARNWIK_PROMPTER_LOG" \
     "${answers[@]}" </dev/null
-  until_true 10 test -e "$TARNWIK_PROMPTER_LOG"
+  until_true test -e "$TARNWIK_PROMPTER_LOG"
 fi
 
 status=0

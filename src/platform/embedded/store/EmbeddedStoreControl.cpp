@@ -18,6 +18,23 @@ SoldProduct offeredProduct(const StoreConfiguration &configuration, const QStrin
     throw StoreError(QStringLiteral("The store does not offer “%1”.").arg(productID));
 }
 
+/// What was bought, to change while no other program can. Nothing is changed until it is kept.
+struct Change
+{
+    explicit Change(const StoreFolder &folder)
+        : store(folder)
+        , records(store.records())
+        , ledger(records, store.identity(), folder.now())
+    {
+    }
+
+    void keep() { store.write(records); }
+
+    LockedStore store;
+    StoreRecords records;
+    StoreLedger ledger;
+};
+
 Entitlement activeSubscription(const StoreLedger &ledger, const QString &productID)
 {
     if (const auto active = ledger.active(productID))
@@ -38,13 +55,11 @@ void EmbeddedStoreControl::purchaseElsewhere(const QString &productID) const
     const StoreFolder folder(m_folder, m_wallClock);
     const StoreConfiguration configuration = folder.configuration();
     const SoldProduct product = offeredProduct(configuration, productID);
-    LockedStore store(folder);
-    StoreRecords records = store.records();
-    StoreLedger ledger(records, store.identity(), folder.now());
-    if (ledger.active(productID))
+    Change change(folder);
+    if (change.ledger.active(productID))
         throw StoreError(QStringLiteral("The subscription to “%1” is active already.").arg(productID));
-    ledger.buy(product, configuration.storefront, std::nullopt);
-    store.write(records);
+    change.ledger.buy(product, configuration.storefront, std::nullopt);
+    change.keep();
 }
 
 void EmbeddedStoreControl::renew(const QString &productID) const
@@ -52,40 +67,34 @@ void EmbeddedStoreControl::renew(const QString &productID) const
     const StoreFolder folder(m_folder, m_wallClock);
     const StoreConfiguration configuration = folder.configuration();
     const SoldProduct product = offeredProduct(configuration, productID);
-    LockedStore store(folder);
-    StoreRecords records = store.records();
-    StoreLedger ledger(records, store.identity(), folder.now());
-    ledger.renew(activeSubscription(ledger, productID), product, configuration.storefront);
-    store.write(records);
+    Change change(folder);
+    change.ledger.renew(activeSubscription(change.ledger, productID), product, configuration.storefront);
+    change.keep();
 }
 
 void EmbeddedStoreControl::revoke(const QString &productID) const
 {
     const StoreFolder folder(m_folder, m_wallClock);
-    LockedStore store(folder);
-    StoreRecords records = store.records();
-    StoreLedger ledger(records, store.identity(), folder.now());
-    ledger.revoke(activeSubscription(ledger, productID));
-    store.write(records);
+    Change change(folder);
+    change.ledger.revoke(activeSubscription(change.ledger, productID));
+    change.keep();
 }
 
 int EmbeddedStoreControl::approve() const
 {
     const StoreFolder folder(m_folder, m_wallClock);
     const StoreConfiguration configuration = folder.configuration();
-    LockedStore store(folder);
-    StoreRecords records = store.records();
-    const QList<PendingPurchase> pending = std::exchange(records.pendingPurchases, {});
+    Change change(folder);
+    const QList<PendingPurchase> pending = std::exchange(change.records.pendingPurchases, {});
     if (pending.isEmpty())
         throw StoreError(QStringLiteral("No purchase is waiting for approval."));
-    StoreLedger ledger(records, store.identity(), folder.now());
     for (const PendingPurchase &purchase : pending) {
         const SoldProduct product = offeredProduct(configuration, purchase.productID);
         // Somebody may have bought it meanwhile: nothing is bought twice.
-        if (!ledger.active(purchase.productID))
-            ledger.buy(product, configuration.storefront, purchase.appAccountToken);
+        if (!change.ledger.active(purchase.productID))
+            change.ledger.buy(product, configuration.storefront, purchase.appAccountToken);
     }
-    store.write(records);
+    change.keep();
     return int(pending.size());
 }
 
