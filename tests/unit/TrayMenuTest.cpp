@@ -320,6 +320,13 @@ TEST(MenuText, everyCharacterIsShown)
     EXPECT_EQ(menuText(text("fra_1")), text("fra__1"));
     EXPECT_EQ(menuText(text("A&B & C")), text("A&&B & C"));
     EXPECT_EQ(menuText(text("two\nlines\tand a tab")), text("two lines and a tab"));
+    EXPECT_EQ(menuText(text(" · fra  1 ")), text(" · fra  1 ")) << "blanks are the server's";
+}
+
+TEST(MenuText, inAMenuThatIsNotOnTheBusOnlyOneCharacterMarksKeys)
+{
+    EXPECT_EQ(menuText(text("fra_1"), DesktopMenuBar::Always), text("fra_1"));
+    EXPECT_EQ(menuText(text("A&B & C"), DesktopMenuBar::Always), text("A&&B && C"));
 }
 
 TEST(MenuText, whatIsLongerThanAMenuIsWideIsElided)

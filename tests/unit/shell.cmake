@@ -6,5 +6,9 @@ set_source_files_properties(ShellCommandLineTest.cpp PROPERTIES
   COMPILE_DEFINITIONS TARNWIK_VERSION="${PROJECT_VERSION}")
 
 tarnwik_test(tray_menu_test
-  SOURCES TrayMenuTest.cpp ${CMAKE_SOURCE_DIR}/tests/support/ApplicationTestMain.cpp
+  SOURCES ApplicationMenuTest.cpp TrayMenuTest.cpp ${CMAKE_SOURCE_DIR}/tests/support/ApplicationTestMain.cpp
   LINK tarnwik_desktop_menus tarnwik_test_platform Qt6::Test Qt6::Widgets)
+
+tarnwik_test(application_scenes_test
+  SOURCES TarnwikAppTest.cpp ${CMAKE_SOURCE_DIR}/tests/support/ApplicationTestMain.cpp
+  LINK tarnwik_application tarnwik_test_platform Qt6::Test Qt6::Widgets)

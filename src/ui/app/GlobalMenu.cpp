@@ -18,8 +18,32 @@ const QString registrar = QStringLiteral("com.canonical.AppMenu.Registrar");
 
 } // namespace
 
+void fillApplicationMenu(QMenu *menu, ApplicationActions *actions, DesktopMenuBar menuBar)
+{
+    const auto add = [menu](Action *action) { return addMenuItem(menu, action, MenuItemKeys::Shown); };
+    add(actions->openDashboard());
+    menu->addSeparator();
+    add(actions->vpn());
+    menu->addSeparator();
+    add(actions->refresh());
+    // By its title alone Qt would take it for the system's own item, and away from here.
+    add(actions->settings())->setMenuRole(QAction::NoRole);
+    menu->addSeparator();
+    add(actions->signOut());
+    if (menuBar == DesktopMenuBar::Always) {
+        QAction *preferences = addMenuItem(menu, actions->settings(), MenuItemKeys::Hidden);
+        preferences->setMenuRole(QAction::PreferencesRole);
+        preferences->setShortcut(QKeySequence(QKeySequence::Preferences));
+    } else {
+        // Without a menu of the system's and without a tray there would be no other Quit to be seen.
+        menu->addSeparator();
+    }
+    add(actions->quit())->setMenuRole(QAction::QuitRole);
+}
+
 GlobalMenu::GlobalMenu(QDBusConnection bus, DesktopMenuBar menuBar, QWindow *window, ApplicationActions *actions)
-    : m_window(window)
+    : m_desktopMenuBar(menuBar)
+    , m_window(window)
     , m_actions(actions)
     , m_watcher(registrar, bus, QDBusServiceWatcher::WatchForRegistration)
 {
@@ -52,27 +76,15 @@ void GlobalMenu::make()
     // Not before there is a registrar: Qt asks for it a single time.
     if (!m_menuBar) {
         m_menu = std::make_unique<QMenu>(QStringLiteral("Tarnwik"));
-        addItems();
+        fillApplicationMenu(m_menu.get(), m_actions, m_desktopMenuBar);
         m_menuBar = std::make_unique<QMenuBar>();
         m_menuBar->addMenu(m_menu.get());
+        // A menu bar of no window is that of all of them, and of none.
+        if (m_desktopMenuBar == DesktopMenuBar::Always)
+            return;
         QObject::connect(m_window, &QWindow::visibleChanged, this, &GlobalMenu::attach);
     }
     attach();
-}
-
-void GlobalMenu::addItems()
-{
-    const auto add = [this](Action *action) { addMenuItem(m_menu.get(), action, MenuItemKeys::Shown); };
-    add(m_actions->openDashboard());
-    m_menu->addSeparator();
-    add(m_actions->vpn());
-    m_menu->addSeparator();
-    add(m_actions->refresh());
-    add(m_actions->settings());
-    m_menu->addSeparator();
-    add(m_actions->signOut());
-    m_menu->addSeparator();
-    add(m_actions->quit());
 }
 
 void GlobalMenu::attach()

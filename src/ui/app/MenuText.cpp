@@ -15,14 +15,28 @@ QString elided(const QString &line)
     QString beginning = line.first(longestTitle - 1);
     if (beginning.back().isHighSurrogate())
         beginning.chop(1);
-    return beginning.trimmed() + u'\u2026';
+    return beginning + u'\u2026';
+}
+
+/// \a text on one line, with a blank for each character that is not to be seen.
+QString onOneLine(QString text)
+{
+    for (QChar &character : text) {
+        const QChar::Category category = character.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line
+            || category == QChar::Separator_Paragraph)
+            character = u' ';
+    }
+    return text;
 }
 
 } // namespace
 
-QString menuText(const QString &text)
+QString menuText(const QString &text, DesktopMenuBar menuBar)
 {
-    QString escaped = elided(text.simplified());
+    QString escaped = elided(onOneLine(text));
+    if (menuBar == DesktopMenuBar::Always)
+        return escaped.replace(u'&', QStringLiteral("&&"));
     // On the bus "_" marks the key; twice it is itself. Qt makes one of the first "&" alone: before a second one the
     // key is then "&", which the desktop shows as it is.
     escaped.replace(u'_', QStringLiteral("__"));

@@ -61,8 +61,8 @@ TarnwikApp::TarnwikApp(WindowPlaceFile windowPlace)
     QObject::connect(&m_actions, &ApplicationActions::openMainWindowRequested, this, &TarnwikApp::openMainWindow);
     QObject::connect(&m_actions, &ApplicationActions::settingsRequested, this, &TarnwikApp::openSettings);
     QObject::connect(&m_actions, &ApplicationActions::quitRequested, this, [this] { m_desktop->terminate(); });
-    QObject::connect(&m_mainWindow, &WindowScene::closed, this, &TarnwikApp::windowClosed);
-    QObject::connect(&m_settingsWindow, &WindowScene::closed, this, &TarnwikApp::windowClosed);
+    QObject::connect(&m_mainWindow, &WindowScene::closed, this, &TarnwikApp::endIfNothingIsLeft);
+    QObject::connect(&m_settingsWindow, &WindowScene::closed, this, &TarnwikApp::endIfNothingIsLeft);
     new WindowPlaceKeeper(std::move(windowPlace), m_mainWindow.window());
 }
 
@@ -121,24 +121,30 @@ void TarnwikApp::afterFirstPicture()
                                                 &m_actions);
     m_trayHost = std::make_unique<TrayHost>(QDBusConnection::sessionBus(), desktopMenuBar());
     QObject::connect(m_trayHost.get(), &TrayHost::isPresentChanged, this, &TarnwikApp::updateMenuBarExtra);
+    // Whoever closed the window before the desktop has answered is dealt with then.
+    QObject::connect(m_trayHost.get(), &TrayHost::isPresentChanged, this, &TarnwikApp::endIfNothingIsLeft,
+                     Qt::SingleShotConnection);
     updateMenuBarExtra();
+    endIfNothingIsLeft();
 }
 
 void TarnwikApp::updateMenuBarExtra()
 {
     // Made once: when the desktop's tray goes and comes back, Qt takes the icon there itself.
-    if (!m_trayHost->isPresent() || m_menuBarLabel)
+    if (!m_trayHost->isPresent().value_or(false) || m_menuBarLabel)
         return;
     m_menuBarView =
         std::make_unique<TarnwikMenuBarView>(&m_appModelFacade, &m_vpnControllerFacade, &m_actions, &m_tasks);
     m_menuBarLabel = std::make_unique<TarnwikMenuBarLabel>(m_menuBarView.get(), &m_appearance);
-    QObject::connect(m_menuBarLabel.get(), &TarnwikMenuBarLabel::pressed, this, &TarnwikApp::openMainWindow);
+    // The bar that is always there opens the menu, and tells of that too; of others, those that tell leave it to us.
+    if (desktopMenuBar() == DesktopMenuBar::Optional)
+        QObject::connect(m_menuBarLabel.get(), &TarnwikMenuBarLabel::pressed, this, &TarnwikApp::openMainWindow);
 }
 
-void TarnwikApp::windowClosed()
+void TarnwikApp::endIfNothingIsLeft()
 {
-    const bool isInTray = m_trayHost && m_trayHost->isPresent();
-    if (!isInTray && !m_mainWindow.isOpen() && !m_settingsWindow.isOpen())
+    const bool hasNoTray = m_trayHost && !m_trayHost->isPresent().value_or(true);
+    if (hasNoTray && !m_mainWindow.isOpen() && !m_settingsWindow.isOpen())
         m_desktop->terminate();
 }
 

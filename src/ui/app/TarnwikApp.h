@@ -48,7 +48,7 @@ private:
     void followAppearance();
     void afterFirstPicture();
     void updateMenuBarExtra();
-    void windowClosed();
+    void endIfNothingIsLeft();
 
     const std::shared_ptr<Desktop> m_desktop;
     AppModel m_appModel;

@@ -19,7 +19,7 @@ public:
     TarnwikMenuBarLabel(QMenu *menu, const Appearance *appearance);
 
 Q_SIGNALS:
-    /// The user pressed the icon itself, where the desktop does not open the menu for that.
+    /// The user pressed the icon itself, and the desktop told of it: many open the menu instead.
     void pressed();
 
 private:

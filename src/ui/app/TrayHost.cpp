@@ -18,10 +18,11 @@ const QString interface = QStringLiteral("org.kde.StatusNotifierWatcher");
 TrayHost::TrayHost(QDBusConnection bus, DesktopMenuBar menuBar)
     : m_bus(std::move(bus))
     , m_watcher(service, m_bus, QDBusServiceWatcher::WatchForOwnerChange)
-    , m_isPresent(menuBar == DesktopMenuBar::Always)
 {
-    if (m_isPresent)
+    if (menuBar == DesktopMenuBar::Always) {
+        m_isPresent = true;
         return;
+    }
     QObject::connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &TrayHost::ask);
     for (const auto &signal :
          {QStringLiteral("StatusNotifierHostRegistered"), QStringLiteral("StatusNotifierHostUnregistered")})
@@ -31,6 +32,10 @@ TrayHost::TrayHost(QDBusConnection bus, DesktopMenuBar menuBar)
 
 void TrayHost::ask()
 {
+    if (!m_bus.isConnected()) {
+        setPresent(false);
+        return;
+    }
     auto question = QDBusMessage::createMethodCall(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
                                                    QStringLiteral("Get"));
     question << interface << QStringLiteral("IsStatusNotifierHostRegistered");

@@ -6,6 +6,8 @@
 #include <QDBusServiceWatcher>
 #include <QObject>
 
+#include <optional>
+
 namespace tarnwik {
 
 /// Tells whether the desktop has a place for tray icons at present. It is asked without waiting. Lives on the main
@@ -18,8 +20,8 @@ public:
     /// A place in a menu bar that is always there is not asked for.
     explicit TrayHost(QDBusConnection bus, DesktopMenuBar menuBar = DesktopMenuBar::Optional);
 
-    /// False until the desktop has answered, where it is asked.
-    bool isPresent() const { return m_isPresent; }
+    /// Nothing until the desktop has answered, where it can be asked.
+    std::optional<bool> isPresent() const { return m_isPresent; }
 
 Q_SIGNALS:
     void isPresentChanged();
@@ -32,7 +34,7 @@ private:
     QDBusServiceWatcher m_watcher;
     /// Answers to questions before the last one are out of date.
     int m_lastQuestion = 0;
-    bool m_isPresent;
+    std::optional<bool> m_isPresent;
 };
 
 } // namespace tarnwik

@@ -7,8 +7,6 @@ import Tarnwik.Controls
 T.TextField {
     id: field
 
-    property bool isError: false
-
     readonly property bool wasTabbedTo: focusReason === Qt.TabFocusReason || focusReason === Qt.BacktabFocusReason
 
     implicitWidth: Theme.fieldWidth
@@ -40,7 +38,6 @@ T.TextField {
         color: field.enabled ? Theme.field : Theme.controlDisabled
         border.width: 1
         border.color: !field.enabled ? "transparent"
-                    : field.isError ? Theme.red
                     : field.activeFocus ? Theme.accent : Theme.controlBorder
 
         FocusRing {

@@ -84,7 +84,6 @@ Task<> AppearanceTasks::dashboard(Model model, std::stop_token token)
     const async::OwnerGuard guard(model);
     co_await model->refreshFromUI(token);
     guard.check();
-    async::throwIfStopped(token);
     model->startUsageRefreshLoop();
 }
 

@@ -2,6 +2,7 @@
 
 #include "async/Detach.h"
 #include "platform/Desktop.h"
+#include "platform/OutgoingLink.h"
 #include "ui/model/EnablingRules.h"
 #include "ui/model/Presentation.h"
 
@@ -15,6 +16,14 @@ std::optional<QString> billingPortalURL(const AppModel &model)
 {
     const std::optional<Account> account = model.account();
     return account ? presentation::billingPortalURL(*account) : std::nullopt;
+}
+
+/// An address that is written in this program: one that is not sound is a mistake of ours, and ends it.
+QString ownLink(const QString &address)
+{
+    if (!outgoingLink(address))
+        qFatal("“%s” is no link.", qUtf8Printable(address));
+    return address;
 }
 
 const QString supportURL = QStringLiteral("mailto:support@tarnwik.example");
@@ -45,7 +54,7 @@ ApplicationActions::ApplicationActions(AppModel *model, std::shared_ptr<Desktop>
     , m_settingsSignOut({.title = signOutTitle, .symbol = signOutSymbol, .shortcut = {}},
                         [model] { async::detach(model->signOut()); })
     , m_emailSupport({.title = QStringLiteral("Email support"), .symbol = {}, .shortcut = {}},
-                     [this] { m_desktop->openURL(supportURL); })
+                     [this, url = ownLink(supportURL)] { m_desktop->openURL(url); })
     , m_manageBilling({.title = QStringLiteral("Manage billing"),
                        .symbol = QStringLiteral("creditcard"),
                        .shortcut = {},

@@ -14,6 +14,7 @@ Window {
     required property var actions
     required property var tasks
 
+    objectName: "main"
     title: "Tarnwik"
     width: 960
     height: 680

@@ -12,6 +12,7 @@ Window {
     required property var actions
     required property var tasks
 
+    objectName: "settings"
     title: "Settings"
     width: 520
     height: 400

@@ -46,7 +46,7 @@ FocusScope {
 
             x: (parent.width - width) / 2
             // Above the middle, and below the menu button where there is little room.
-            y: Math.max(Theme.headerHeight, screen.padding + 24, screen.padding + freeHeight * 0.46)
+            y: Math.max(Theme.headerHeight, screen.padding + 24 + spacing, screen.padding + freeHeight * 0.46)
             width: Math.min(Theme.signInMaximumWidth, screen.width - 2 * screen.padding)
             spacing: 22
 
