@@ -23,7 +23,8 @@ bool isCaseIgnorable(char32_t c)
     }
 }
 
-/// Title case in full: QChar's own mapping is of one character to one.
+/// Title case in full: QChar's own mapping is of one character to one. The ligatures of Armenian, and Latin and Greek
+/// letters whose accented capitals are no characters of their own, stay as they are.
 QString titleCased(char32_t c)
 {
     switch (c) {

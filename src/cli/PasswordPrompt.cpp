@@ -30,8 +30,10 @@ class CaughtSignals
 public:
     CaughtSignals()
     {
-        if (pipe2(signalPipe.data(), O_CLOEXEC) != 0)
+        if (pipe(signalPipe.data()) != 0)
             throw PasswordError(QStringLiteral("The password cannot be asked for: %1.").arg(qt_error_string(errno)));
+        for (const int end : signalPipe)
+            fcntl(end, F_SETFD, FD_CLOEXEC);
         struct sigaction action = {};
         action.sa_handler = [](int signal) {
             caughtSignal = signal;

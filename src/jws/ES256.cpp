@@ -4,8 +4,10 @@
 
 #include <openssl/core_names.h>
 
+#include <algorithm>
 #include <array>
 #include <string_view>
+#include <tuple>
 
 namespace tarnwik {
 

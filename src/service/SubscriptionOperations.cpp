@@ -9,6 +9,8 @@
 #include "service/TransactionRequest.h"
 #include "service/Validation.h"
 
+#include <algorithm>
+
 namespace tarnwik::service {
 
 namespace {

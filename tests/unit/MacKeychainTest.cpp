@@ -57,6 +57,17 @@ TEST_F(MacKeychainTest, savesAnItemWithItsSixAttributesAndNoOther)
     EXPECT_EQ(calls()[1].attributes, item);
 }
 
+TEST_F(MacKeychainTest, savesAnItemWhateverBecameOfTheOneBefore)
+{
+    for (const OSStatus status : {errSecItemNotFound, errSecInteractionNotAllowed, errSecParam}) {
+        MacStandIns::current() = {};
+        MacStandIns::current().deleteStatus = status;
+        EXPECT_NO_THROW(m_store.save(QStringLiteral("key"), account)) << status;
+        ASSERT_EQ(calls().size(), 2u) << status;
+        EXPECT_EQ(calls()[1].operation, "add");
+    }
+}
+
 TEST_F(MacKeychainTest, namesAnAccessGroupOnlyWhereThereIsOne)
 {
     m_store.delete_(account);
@@ -79,6 +90,21 @@ TEST_F(MacKeychainTest, looksUpTheDataOfOneItem)
     ASSERT_EQ(calls().size(), 1u);
     EXPECT_EQ(calls()[0].operation, "copyMatching");
     EXPECT_EQ(calls()[0].attributes, query);
+}
+
+TEST_F(MacKeychainTest, handsOutDataAsItIs)
+{
+    const std::string bytes("\xff\x00k\xc3", 4); // No UTF-8.
+    MacStandIns::current().match = {errSecSuccess, bytes};
+    QVariant result;
+    EXPECT_EQ(m_keychain.SecItemCopyMatching({{kSecClass, kSecClassGenericPassword},
+                                              {kSecAttrService, QStringLiteral("Tarnwik")},
+                                              {kSecAttrAccount, account},
+                                              {kSecReturnData, true},
+                                              {kSecMatchLimit, kSecMatchLimitOne}},
+                                             &result),
+              errSecSuccess);
+    EXPECT_EQ(result, QVariant(QByteArray::fromStdString(bytes)));
 }
 
 TEST_F(MacKeychainTest, answersWithTheStatusOfTheKeychain)

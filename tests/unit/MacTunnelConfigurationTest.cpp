@@ -2,7 +2,6 @@
 
 #include "MacNetworkExtensionStandIn.h"
 #include "support/EventLoop.h"
-#include "support/ManualClock.h"
 
 #include <QSignalSpy>
 
@@ -23,11 +22,17 @@ protected:
         settleEvents();
     }
 
+    /// The system answers the question for the reason that was asked as number \a index.
+    void answerReason(std::size_t index) const
+    {
+        std::thread(m_tunnel->held.at(index)).join();
+        settleEvents();
+    }
+
     qsizetype reasonsAsked() const { return std::ranges::count(m_tunnel->calls, "fetchLastDisconnectError"); }
 
     std::shared_ptr<MacNetworkExtensionStandIn> m_system = std::make_shared<MacNetworkExtensionStandIn>();
-    std::shared_ptr<ManualClock> m_clock = std::make_shared<ManualClock>();
-    std::shared_ptr<MacTunnelSession> m_session = std::make_shared<MacTunnelSession>(m_system, m_clock);
+    std::shared_ptr<MacTunnelSession> m_session = std::make_shared<MacTunnelSession>(m_system);
     std::shared_ptr<MacManagerStandIn> m_tunnel = m_system->addSaved("Tarnwik");
     std::shared_ptr<MacTunnelConfiguration> m_configuration =
         std::make_shared<MacTunnelConfiguration>(m_session, m_tunnel);
@@ -75,81 +80,119 @@ TEST_F(MacTunnelConfigurationTest, isKeptUntilItsOperationHasEnded)
     EXPECT_TRUE(configuration.expired());
 }
 
-TEST_F(MacTunnelConfigurationTest, aStartReturnsOnceTheStatusFollows)
+TEST_F(MacTunnelConfigurationTest, aStartReturnsBeforeTheStatusFollows)
 {
     m_tunnel->statusAfterStart = 1;
-    Running starting(m_configuration->startVPNTunnel());
-    settleEvents();
-    m_system->notify(); // Another program's tunnel.
-    settleEvents();
-    EXPECT_FALSE(starting.hasEnded());
+    run(m_configuration->startVPNTunnel());
+    EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnected);
     become(2);
-    starting.result();
     EXPECT_EQ(m_configuration->status(), VPNStatus::Connecting);
     EXPECT_EQ(reasonsAsked(), 0);
 }
 
-TEST_F(MacTunnelConfigurationTest, aStartWaitsNoLongerThanItsLimit)
-{
-    m_tunnel->statusAfterStart = 1;
-    m_tunnel->isHolding = true;
-    Running starting(m_configuration->startVPNTunnel());
-    m_clock->advance(tunnelSettlingLimit);
-    starting.result();
-    EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnecting) << "why it did not come up is being asked";
-    m_tunnel->held.front()();
-    settleEvents();
-    EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnected);
-}
-
-TEST_F(MacTunnelConfigurationTest, aStopReturnsOnceTheStatusFollows)
+TEST_F(MacTunnelConfigurationTest, aStopReturnsBeforeTheStatusFollows)
 {
     become(3);
     m_tunnel->statusAfterStop = 3;
-    Running stopping(m_configuration->stopVPNTunnel());
-    settleEvents();
-    EXPECT_FALSE(stopping.hasEnded());
-    become(5);
-    stopping.result();
-}
-
-TEST_F(MacTunnelConfigurationTest, aStopOfATunnelThatDoesNotRunReturnsAtOnce)
-{
     run(m_configuration->stopVPNTunnel());
-    EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnected);
-    EXPECT_EQ(m_clock->pendingCount(), 0);
+    EXPECT_EQ(m_configuration->status(), VPNStatus::Connected);
+    become(5);
+    EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnecting);
 }
 
-TEST_F(MacTunnelConfigurationTest, tellsWhyTheTunnelWentDown)
+TEST_F(MacTunnelConfigurationTest, theStatusIsTheSystemsWhateverIsStillToCome)
+{
+    m_tunnel->isHolding = true;
+    for (const long status : {3L, 1L, 2L, 0L, 4L, 5L, 1L, 9L}) {
+        become(status);
+        EXPECT_EQ(long(m_configuration->status()), status);
+    }
+    EXPECT_EQ(reasonsAsked(), 3);
+}
+
+TEST_F(MacTunnelConfigurationTest, tellsWhyTheTunnelWentDownOnceTheSystemDoes)
 {
     become(3);
     m_tunnel->disconnectError = mac::PlatformError{"NEVPNConnectionErrorDomain", 8, "The VPN session failed."};
     m_tunnel->isHolding = true;
     const QSignalSpy changes(m_session.get(), &MacTunnelSession::statusDidChange);
     become(1);
-    EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnecting)
-        << "it counts as going down until the reason is known";
-    EXPECT_EQ(m_configuration->lastDisconnectError(), std::nullopt);
-
-    std::thread(m_tunnel->held.front()).join();
-    settleEvents();
     EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnected);
+    EXPECT_EQ(m_configuration->lastDisconnectError(), std::nullopt);
+    EXPECT_EQ(changes.count(), 1);
+
+    answerReason(0);
     EXPECT_EQ(m_configuration->lastDisconnectError(), QStringLiteral("The VPN session failed."));
-    EXPECT_EQ(changes.count(), 2) << "whoever follows the status reads it again";
+    EXPECT_EQ(changes.count(), 2) << "whoever follows the status looks again";
+    EXPECT_EQ(reasonsAsked(), 1);
 }
 
-TEST_F(MacTunnelConfigurationTest, waitsForTheReasonNoLongerThanItsLimit)
+TEST_F(MacTunnelConfigurationTest, anEndWithoutAReasonIsToldOnce)
 {
     become(3);
-    m_tunnel->disconnectError = mac::PlatformError{"NEVPNConnectionErrorDomain", 8, "late"};
-    m_tunnel->isHolding = true;
+    const QSignalSpy changes(m_session.get(), &MacTunnelSession::statusDidChange);
     become(1);
-    m_clock->advance(tunnelSettlingLimit);
-    settleEvents();
-    EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnected);
-    m_tunnel->held.front()();
-    settleEvents();
+    EXPECT_EQ(reasonsAsked(), 1);
     EXPECT_EQ(m_configuration->lastDisconnectError(), std::nullopt);
+    EXPECT_EQ(changes.count(), 1);
+}
+
+TEST_F(MacTunnelConfigurationTest, theReasonOfAnEarlierEndNeverReplacesThatOfALaterOne)
+{
+    m_tunnel->isHolding = true;
+    for (const char *reason : {"the first", "the second"}) {
+        m_tunnel->disconnectError = mac::PlatformError{"NEVPNConnectionErrorDomain", 8, reason};
+        become(2);
+        become(1);
+    }
+    ASSERT_EQ(reasonsAsked(), 2);
+    answerReason(1);
+    EXPECT_EQ(m_configuration->lastDisconnectError(), QStringLiteral("the second"));
+    answerReason(0);
+    EXPECT_EQ(m_configuration->lastDisconnectError(), QStringLiteral("the second"));
+}
+
+TEST_F(MacTunnelConfigurationTest, theReasonOfAnEarlierEndIsNotTakenForThatOfALaterOne)
+{
+    m_tunnel->isHolding = true;
+    m_tunnel->disconnectError = mac::PlatformError{"NEVPNConnectionErrorDomain", 8, "the first"};
+    become(2);
+    become(1);
+    become(2);
+    m_tunnel->disconnectError.reset();
+    become(1);
+    answerReason(0);
+    answerReason(1);
+    EXPECT_EQ(m_configuration->lastDisconnectError(), std::nullopt);
+}
+
+TEST_F(MacTunnelConfigurationTest, aReasonThatComesAfterTheNextStartIsDropped)
+{
+    m_tunnel->isHolding = true;
+    m_tunnel->disconnectError = mac::PlatformError{"NEVPNConnectionErrorDomain", 8, "late"};
+    m_tunnel->statusAfterStart = 1;
+    become(3);
+    become(1);
+    run(m_configuration->startVPNTunnel());
+    answerReason(0);
+    EXPECT_EQ(m_configuration->lastDisconnectError(), std::nullopt) << "the status has not even followed";
+
+    become(2);
+    become(1);
+    m_tunnel->currentStatus = 2; // Which nobody has been told of yet.
+    answerReason(1);
+    EXPECT_EQ(m_configuration->lastDisconnectError(), std::nullopt);
+}
+
+TEST_F(MacTunnelConfigurationTest, isNotKeptForAReasonThatIsStillToCome)
+{
+    m_tunnel->isHolding = true;
+    become(3);
+    become(1);
+    const std::weak_ptr<MacTunnelConfiguration> configuration = m_configuration;
+    m_configuration.reset();
+    EXPECT_TRUE(configuration.expired());
+    answerReason(0);
 }
 
 TEST_F(MacTunnelConfigurationTest, aTunnelThatWeStoppedHasNoReason)
@@ -181,17 +224,20 @@ TEST_F(MacTunnelConfigurationTest, aTunnelThatFailsBeforeItIsSeenToRunHasAReason
 {
     m_tunnel->statusAfterStart = 1;
     m_tunnel->disconnectError = mac::PlatformError{"NEVPNConnectionErrorDomain", 14, "The plug-in is disabled."};
-    Running starting(m_configuration->startVPNTunnel());
-    m_clock->advance(tunnelSettlingLimit);
-    starting.result();
-    settleEvents();
+    run(m_configuration->startVPNTunnel());
+    EXPECT_EQ(reasonsAsked(), 0) << "it has not ended yet";
+    // Up and down again, and by the first notification already down.
+    become(1);
+    become(1);
     EXPECT_EQ(m_configuration->lastDisconnectError(), QStringLiteral("The plug-in is disabled."));
+    EXPECT_EQ(reasonsAsked(), 1);
 }
 
 TEST_F(MacTunnelConfigurationTest, aRefusedStartChangesNothing)
 {
     m_tunnel->startError = mac::PlatformError{"NEVPNErrorDomain", 2, ""};
     EXPECT_THROW(run(m_configuration->startVPNTunnel()), TunnelError);
+    become(1);
     EXPECT_EQ(m_configuration->status(), VPNStatus::Disconnected);
     EXPECT_EQ(reasonsAsked(), 0);
 }

@@ -20,8 +20,7 @@ class MacTunnelManagerTest : public testing::Test
 {
 protected:
     std::shared_ptr<MacNetworkExtensionStandIn> m_system = std::make_shared<MacNetworkExtensionStandIn>();
-    std::shared_ptr<ManualClock> m_clock = std::make_shared<ManualClock>();
-    std::shared_ptr<MacTunnelManager> m_manager = std::make_shared<MacTunnelManager>(m_system, m_clock);
+    std::shared_ptr<MacTunnelManager> m_manager = std::make_shared<MacTunnelManager>(m_system);
 };
 
 TEST_F(MacTunnelManagerTest, listsWhatIsSavedInTheOrderOfTheSystem)
@@ -88,7 +87,7 @@ protected:
     {
         PlatformServices services;
         services.tunnelManager = m_manager;
-        services.clock = m_clock;
+        services.clock = std::make_shared<ManualClock>();
         return services;
     }
 

@@ -49,6 +49,12 @@ TEST(StoreKitReplies, productsComeInTheStoresOrder)
                                    {QStringLiteral("a"), QStringLiteral("$15")}}));
 }
 
+TEST(StoreKitReplies, aProductMayHaveAnEmptyPrice)
+{
+    EXPECT_EQ(readProducts(R"({"products":[{"id":"a","displayPrice":""}]})"),
+              (QList<StoreProduct>{{QStringLiteral("a"), QString()}}));
+}
+
 TEST(StoreKitReplies, aPurchasesTransactionIsReadWhole)
 {
     const PurchaseResult result = readPurchase(

@@ -7,6 +7,7 @@
 
 #include <httplib.h>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace tarnwik::service {

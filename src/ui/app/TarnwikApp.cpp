@@ -14,9 +14,11 @@
 #include <QIcon>
 #include <QQmlComponent>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QTimer>
 #include <QtQml/qqmlextensionplugin.h>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -29,6 +31,16 @@ namespace {
 QUrl component(const QString &name)
 {
     return QStringLiteral("qrc:/qt/qml/Tarnwik/%1.qml").arg(name);
+}
+
+/// Puts \a window over the middle of \a other, on the same screen, where the desktop lets programs do so.
+void placeOver(QWindow *window, const QWindow &other)
+{
+    QRect place(QPoint(), window->size());
+    place.moveCenter(other.geometry().center());
+    const QRect room = other.screen()->availableGeometry();
+    window->setPosition(std::max(room.left(), std::min(place.left(), room.right() - place.width())),
+                        std::max(room.top(), std::min(place.top(), room.bottom() - place.height())));
 }
 
 QVariant object(QObject *object)
@@ -98,6 +110,8 @@ void TarnwikApp::openMainWindow()
 
 void TarnwikApp::openSettings()
 {
+    if (m_mainWindow.isOpen() && !m_settingsWindow.isOpen())
+        placeOver(m_settingsWindow.window(), *m_mainWindow.window());
     m_settingsWindow.open();
 }
 

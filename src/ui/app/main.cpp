@@ -10,9 +10,12 @@
 #include "ui/app/WindowPlace.h"
 
 #include <QApplication>
+#include <QOpenGLContext>
 #include <QQuickWindow>
+#include <QScreen>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <string_view>
 
@@ -46,11 +49,29 @@ bool hasDesktop(int argc, char **argv)
         || std::any_of(argv, argv + argc, isPlatform);
 }
 
+/// Whether a point is a whole number of dots on every screen. Qt's drawing by the processor breaks round corners where
+/// it is not.
+bool hasWholeScale()
+{
+    const auto screens = QGuiApplication::screens();
+    return std::all_of(screens.begin(), screens.end(), [](const QScreen *screen) {
+        return screen->devicePixelRatio() == std::round(screen->devicePixelRatio());
+    });
+}
+
+/// Whether the screens can be drawn by the graphics card, or by a library that stands for it.
+bool hasGraphicsCard()
+{
+    return QOpenGLContext().create();
+}
+
+/// To be called before there is a window, but with the screens known.
 void chooseRenderer()
 {
     const bool isChosen = qEnvironmentVariableIsSet("QT_QUICK_BACKEND") || qEnvironmentVariableIsSet("QSG_RHI_BACKEND")
         || qEnvironmentVariableIsSet("QSG_RHI");
-    if (!isChosen && isSoftwareRendererPreferred() && qEnvironmentVariable("TARNWIK_GPU") != QStringLiteral("1"))
+    if (!isChosen && isSoftwareRendererPreferred() && qEnvironmentVariable("TARNWIK_GPU") != QStringLiteral("1")
+        && (hasWholeScale() || !hasGraphicsCard()))
         QQuickWindow::setSceneGraphBackend(QStringLiteral("software"));
 }
 
@@ -123,11 +144,11 @@ int main(int argc, char **argv)
     QCoreApplication::setApplicationName(QStringLiteral("Tarnwik"));
     QGuiApplication::setDesktopFileName(bundleIdentifier());
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    chooseRenderer();
     prepareSystemPlatform();
     const QApplication application(argc, argv);
     const auto parsed = app::parseCommandLine(QCoreApplication::arguments());
     if (const auto *text = std::get_if<app::Answer>(&parsed))
         return answer(*text);
+    chooseRenderer();
     return run(std::get<app::Options>(parsed));
 }

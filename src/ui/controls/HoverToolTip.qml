@@ -8,6 +8,8 @@ Loader {
     required property Item owner
     required property bool isWanted
     required property string text
+    /// Beside the owner instead of below it.
+    property bool isBeside: false
 
     objectName: "hoverToolTip"
     active: isWanted && text !== ""
@@ -15,6 +17,7 @@ Loader {
 
     // The tooltip shows itself as soon as it knows where.
     Binding { target: loader.item; property: "text"; value: loader.text }
+    Binding { target: loader.item; property: "isBeside"; value: loader.isBeside }
     Binding { target: loader.item; property: "parent"; value: loader.owner }
     Binding { target: loader.item; property: "visible"; value: true }
 }

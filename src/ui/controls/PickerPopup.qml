@@ -2,17 +2,24 @@ import QtQuick
 import QtQuick.Templates as T
 import Tarnwik.Controls
 
-/// The list of a picker. Its rows exist while it is open, and only those that are seen.
+/// The list of a picker. Its rows exist while it is open, and only those that are seen; it is as wide as the widest of
+/// them, where the window has the room.
 T.Popup {
     id: popup
 
     required property T.ComboBox picker
 
     y: picker.height + 4
-    width: picker.width
+    width: Math.max(picker.width, Math.min(widestRow + leftPadding + rightPadding, Theme.popupMaximumWidth,
+                                           (parent?.Window.width ?? 0) - 2 * margins))
     implicitHeight: Math.min(contentItem.implicitHeight + topPadding + bottomPadding, Theme.popupMaximumHeight)
     padding: 5
     margins: 6
+
+    /// Grows with the rows that were seen since it was opened.
+    property real widestRow: 0
+
+    onAboutToShow: widestRow = 0
 
     function showNeighbours() {
         const list = contentItem as ListView

@@ -16,11 +16,15 @@ T.ItemDelegate {
     readonly property color tint: highlighted ? Theme.textOnAccent : Theme.primary
 
     width: ListView.view ? ListView.view.width : 0
+    implicitWidth: leftPadding + implicitContentWidth + rightPadding
     implicitHeight: Theme.popupRowHeight
     highlighted: picker.highlightedIndex === index
     leftPadding: Theme.statusIconSize + 12
-    rightPadding: 6
+    rightPadding: 10
     font: Theme.font("body")
+
+    onImplicitWidthChanged: (picker.popup as PickerPopup).widestRow =
+        Math.max((picker.popup as PickerPopup).widestRow, implicitWidth)
 
     Accessible.role: Accessible.ListItem
     Accessible.name: caption

@@ -43,6 +43,7 @@ Pressable {
     HoverToolTip {
         owner: row
         isWanted: row.isFolded && row.hovered
+        isBeside: true
         text: row.text
     }
 }

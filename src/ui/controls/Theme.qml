@@ -81,6 +81,7 @@ QtObject {
     readonly property int fieldWidth: scaled(200)
     readonly property int pickerMinimumWidth: scaled(180)
     readonly property int popupMaximumHeight: scaled(320)
+    readonly property int popupMaximumWidth: scaled(440)
     readonly property int popupRowHeight: scaled(26)
     readonly property int tooltipMaximumWidth: scaled(320)
     readonly property int iconSize: scaled(16)

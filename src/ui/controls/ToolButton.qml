@@ -5,6 +5,9 @@ import Tarnwik.Controls
 Button {
     id: button
 
+    /// Whether something stands open that the tooltip would cover.
+    property bool isOpen: false
+
     implicitWidth: implicitHeight
     leftPadding: 0
     rightPadding: 0
@@ -14,7 +17,7 @@ Button {
 
     HoverToolTip {
         owner: button
-        isWanted: button.hovered && !button.down
+        isWanted: button.hovered && !button.down && !button.isOpen
         text: button.Accessible.name
     }
 }

@@ -2,13 +2,16 @@ import QtQuick
 import QtQuick.Templates as T
 import Tarnwik.Controls
 
-/// A few words about what the pointer rests on, below it.
+/// A few words about what the pointer rests on, below it or beside it.
 T.ToolTip {
     id: tip
 
+    property bool isBeside: false
+
     implicitWidth: Math.min(Math.ceil(implicitContentWidth) + leftPadding + rightPadding, Theme.tooltipMaximumWidth)
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
-    y: parent ? parent.height + 4 : 0
+    x: parent && isBeside ? parent.width + 8 : 0
+    y: !parent ? 0 : isBeside ? (parent.height - height) / 2 : parent.height + 4
     margins: 6
     horizontalPadding: 8
     verticalPadding: 5

@@ -11,16 +11,21 @@ ToolButton {
 
     readonly property ApplicationMenu menu: loader.item as ApplicationMenu
 
-    /// How the button came to the focus that it has back after the menu.
+    /// What has the focus back after the menu, and how the button came to it where that is the button.
+    property Item formerFocus: null
     property int menuReason: Qt.OtherFocusReason
     property bool isWorkedByKeyboard: false
 
     objectName: "menuButton"
     symbol: "line.3.horizontal"
+    isOpen: menu?.visible ?? false
+    // A press leaves the focus with the field that has it.
+    focusPolicy: Qt.TabFocus
     Accessible.name: "Menu"
     readonly property int accessibleRole: Accessible.ButtonMenu
     Accessible.role: accessibleRole
     onClicked: {
+        formerFocus = Window.activeFocusItem;
         menuReason = focusReason;
         isWorkedByKeyboard = visualFocus;
         loader.active = true;
@@ -37,8 +42,10 @@ ToolButton {
             onOpened: currentIndex = button.isWorkedByKeyboard ? 0 : -1
             // A menu leaves the focus nowhere, but where it was left for another control.
             onClosed: {
-                if (!button.Window.activeFocusItem?.activeFocusOnTab)
-                    button.forceActiveFocus(button.menuReason);
+                if (button.Window.activeFocusItem?.activeFocusOnTab)
+                    return;
+                const former = button.formerFocus?.activeFocusOnTab ? button.formerFocus : button;
+                former.forceActiveFocus(button.menuReason);
             }
         }
     }

@@ -57,12 +57,18 @@ T required(const Object &object, std::string_view key)
     return as<T>(*found);
 }
 
-QString readText(const Object &object, std::string_view key)
+QString readAnyText(const Object &object, std::string_view key)
 {
     const auto text = required<std::string_view>(object, key);
-    if (text.empty())
-        refuse();
     return QString::fromUtf8(text.data(), qsizetype(text.size()));
+}
+
+QString readText(const Object &object, std::string_view key)
+{
+    QString text = readAnyText(object, key);
+    if (text.isEmpty())
+        refuse();
+    return text;
 }
 
 Failure readFailure(const Element &element)
@@ -135,7 +141,7 @@ QList<StoreProduct> readProducts(const std::string &json)
     QList<StoreProduct> products;
     for (const Element &element : required<simdjson::dom::array>(parse(parser, json), "products")) {
         const auto object = as<Object>(element);
-        products.append(StoreProduct{readText(object, "id"), readText(object, "displayPrice")});
+        products.append(StoreProduct{readText(object, "id"), readAnyText(object, "displayPrice")});
     }
     return products;
 }
