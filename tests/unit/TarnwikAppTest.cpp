@@ -71,6 +71,15 @@ TEST_F(TarnwikAppTest, openingTheWindowAlwaysBringsTheProgramToTheFront)
     EXPECT_EQ(takeDesktopOperations(), toTheFront) << "the window was closed";
 }
 
+TEST_F(TarnwikAppTest, theSettingsOpenOverTheMiddleOfTheWindow)
+{
+    launch();
+    windowNamed("main")->setGeometry(100, 50, 600, 540);
+    QTest::keyClick(windowNamed("main"), Qt::Key_Comma, Qt::ControlModifier);
+    const QPoint distance = windowNamed("settings")->geometry().center() - QRect(100, 50, 600, 540).center();
+    EXPECT_LE(distance.manhattanLength(), 2);
+}
+
 TEST_F(TarnwikAppTest, theMenuBarViewAppearsAtTheStartThoughNobodyIsSignedIn)
 {
     m_platform.tunnelManager->addSaved(text("Tarnwik"))->currentStatus = VPNStatus::Connected;

@@ -7,17 +7,17 @@ import Tarnwik.Controls
 Rectangle {
     id: cursor
 
-    required property T.TextField field
+    required property T.TextField owner
     /// How often it came or went since somebody typed, half a second each.
     property int halfPeriods: 0
     /// After how many of these it stands still.
     property int restsAfter: 20
 
-    readonly property bool isBlinking: field.cursorVisible && !Theme.reducesMotion && halfPeriods < restsAfter
+    readonly property bool isBlinking: owner.cursorVisible && !Theme.reducesMotion && halfPeriods < restsAfter
 
     width: Theme.scaled(1)
     color: Theme.primary
-    visible: field.cursorVisible && halfPeriods % 2 === 0
+    visible: owner.cursorVisible && halfPeriods % 2 === 0
 
     Timer {
         interval: 500
@@ -27,7 +27,7 @@ Rectangle {
     }
 
     Connections {
-        target: cursor.field
+        target: cursor.owner
         function onCursorPositionChanged() { cursor.halfPeriods = 0 }
         function onCursorVisibleChanged() { cursor.halfPeriods = 0 }
         function onTextChanged() { cursor.halfPeriods = 0 }

@@ -30,7 +30,7 @@ T.TextField {
     Accessible.name: placeholderText
 
     cursorDelegate: TextCursor {
-        field: field
+        owner: field
     }
 
     background: Rectangle {

@@ -93,6 +93,16 @@ def test_the_window_cannot_be_too_small(demo):
     wait_until(lambda: keyboard.place(window)[2:] == (420, 540), 'the smallest size')
 
 
+def test_the_window_cannot_be_too_small_for_the_dashboard_either(signed_in):
+    window = signed_in.screen_window()
+    for section in ('Connect', 'Account', 'Settings'):
+        signed_in.find('list item', section).press()
+        signed_in.find('heading', section)
+        for asked, smallest in (((200, 200), (420, 540)), ((200, 700), (420, 700)), ((800, 200), (800, 540))):
+            keyboard.ask_for_size(window, *asked)
+            wait_until(lambda size=smallest: keyboard.place(window)[2:] == size, f'{smallest} instead of {asked}')
+
+
 def test_the_folded_sidebar_works_as_the_wide_one_does(signed_in):
     window = signed_in.screen_window()
     keyboard.put(window, 50, 50, 420, 540)

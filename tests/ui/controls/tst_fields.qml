@@ -74,10 +74,6 @@ ControlTest {
         verify(item.positionToRectangle(0).x < 0)
     }
 
-    function test_anErrorIsSeen() {
-        compare(make(field, { isError: true }).background.border.color, Theme.red)
-    }
-
     function test_theCursorRestsAfterAWhile() {
         const item = make(field, {})
         item.forceActiveFocus()

@@ -169,6 +169,23 @@ ControlTest {
         verify(item.implicitWidth > 250)
     }
 
+    function test_theListIsAsWideAsItsWidestEntryWhereThereIsRoom() {
+        const item = make(3, { currentIndex: 0 })
+        open(item)
+        compare(item.popup.width, item.width, "short entries")
+        keyClick(Qt.Key_Escape)
+        tryVerify(() => !item.popup.visible)
+        item.model.append({ caption: "A region with quite a long name · and a node" })
+        const entry = open(item).itemAtIndex(3)
+        verify(item.popup.width > item.width)
+        verify(!entry.contentItem.truncated)
+        keyClick(Qt.Key_Escape)
+        tryVerify(() => !item.popup.visible)
+        item.model.append({ caption: "A name that never ends ".repeat(200) })
+        open(item)
+        verify(item.popup.width <= Math.min(Theme.popupMaximumWidth, testCase.Window.width - 12))
+    }
+
     function test_takesPlainListsToo() {
         const item = createTemporaryObject(picker, testCase, { textRole: "", model: ["a", "b"], currentIndex: 1 })
         const list = open(item)

@@ -35,6 +35,21 @@ ScreenTest {
         tryVerify(() => standIns.tasks.runningKinds().length === 0)
         shown = null
     }
+    function test_readsTheStoreAlsoWhileThereIsNoAccount() {
+        show()
+        verify(find("noAccount"))
+        compare(standIns.tasks.begun, [AppearanceTasks.AccountScreen])
+        compare(standIns.tasks.runningKinds(), [AppearanceTasks.AccountScreen])
+    }
+    function test_anAccountThatComesOrGoesLeavesTheTaskAlone() {
+        show()
+        standIns.appModel.account = standIns.account
+        verify(find("email"))
+        standIns.appModel.account = undefined
+        verify(find("noAccount"))
+        compare(standIns.tasks.begun, [AppearanceTasks.AccountScreen])
+        compare(standIns.tasks.runningKinds(), [AppearanceTasks.AccountScreen])
+    }
     function test_noAccountShowsOnlyThat() {
         show()
         verify(findText("No account"))
@@ -111,6 +126,45 @@ ScreenTest {
         compare(gap(find("billingProvider"), find("manageBilling")), 18)
         compare(gap(plans()[0], plans()[1]), 12)
         compare(gap(plans()[1], find("restore")), 12)
+    }
+    function test_gapsAndPaddingOfAPlanRow() {
+        showWith()
+        const row = plans()[1]
+        const title = find("title", row)
+        const price = find("priceLine", row)
+        const button = find("subscribe", row)
+        compare(row.radius, 8)
+        compare(title.parent.spacing, 4)
+        compare(placeOf(price).y - placeOf(title).y - title.height, 4)
+        compare(placeOf(title).x - placeOf(row).x, 12)
+        compare(placeOf(row).x + row.width - placeOf(button).x - button.width, 12)
+        compare(row.height, Math.max(title.parent.height, button.parent.height) + 2 * 12)
+        compare(row.gap, 12)
+        compare(placeOf(button).x - placeOf(title).x - title.width, 12)
+    }
+    function test_gapsAndPaddingOfAPlanRowWithItsButtonBelow() {
+        plan(1, { priceLine: "A price that takes more room than is left beside its button" })
+        standIns.appModel.account = standIns.account
+        show({ width: 420, height: 540 })
+        const row = plans()[1]
+        const title = find("title", row)
+        const price = find("priceLine", row)
+        const side = find("subscribe", row).parent
+        verify(row.isStacked)
+        compare(placeOf(title).x - placeOf(row).x, 12)
+        compare(placeOf(title).y - placeOf(row).y, 12)
+        compare(placeOf(side).x - placeOf(row).x, 12)
+        compare(placeOf(side).y - placeOf(price).y - price.height, 12)
+        compare(placeOf(row).y + row.height - placeOf(side).y - side.height, 12)
+    }
+    function test_gapOfTheMeter() {
+        showWith()
+        const meter = find("meter")
+        compare(meter.spacing, 6)
+        const bar = meter.children[0]
+        const caption = meter.children[1]
+        compare(placeOf(caption).y - placeOf(bar).y - bar.height, 6)
+        compare(bar.height, 6)
     }
 
     function test_appStoreHeading() {

@@ -142,6 +142,45 @@ ScreenTest {
         compare(gap(nodeRows()[4], find("devicesHeading")), 18)
         compare(nodeRows()[0].width, 720 - 48)
     }
+    function test_gapsAndPaddingOfANodeRow() {
+        showFull()
+        const row = nodeRows()[0]
+        const name = find("name", row)
+        const detail = find("detail", row)
+        const status = find("status", row)
+        compare(row.radius, 8)
+        compare(placeOf(name).x - placeOf(row).x, 12)
+        compare(placeOf(name).y - placeOf(row).y, 12)
+        compare(placeOf(row).y + row.height - placeOf(detail).y - detail.height, 12)
+        compare(placeOf(row).x + row.width - placeOf(status).x - status.width, 12)
+        compare(placeOf(status).x - placeOf(name).x - name.width, 12)
+        compare(name.parent.spacing, 2)
+        compare(placeOf(detail).y - placeOf(name).y - name.height, 2)
+    }
+    function test_gapsAndPaddingOfADeviceRow() {
+        showFull()
+        find("nodes").positionViewAtEnd()
+        waitForRendering(shown)
+        const row = deviceRows()[0]
+        const name = find("name", row)
+        const detail = find("detail", row)
+        const mark = find("mark", row)
+        compare(placeOf(name).y - placeOf(row).y, 6)
+        compare(placeOf(row).y + row.height - placeOf(detail).y - detail.height, 6)
+        compare(placeOf(mark).x, placeOf(row).x)
+        compare(placeOf(name).x - placeOf(mark).x - mark.width, 8)
+        compare(placeOf(row).x + row.width, placeOf(name).x + name.width)
+        compare(name.parent.spacing, 2)
+        compare(placeOf(detail).y - placeOf(name).y - name.height, 2)
+    }
+    function test_gapOfTheMeter() {
+        showFull()
+        const meter = find("meter")
+        compare(meter.spacing, 6)
+        const bar = meter.children[0]
+        const caption = meter.children[1]
+        compare(placeOf(caption).y - placeOf(bar).y - bar.height, 6)
+    }
     function test_gapOfTheEmptyScreen() {
         show()
         const panel = find("noNodes")

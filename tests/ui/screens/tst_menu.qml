@@ -13,6 +13,12 @@ ScreenTest {
     screen: Component {
         Item {
             readonly property alias button: menuButton
+            readonly property alias field: textField
+
+            TextField {
+                id: textField
+                y: 300
+            }
 
             ApplicationMenuButton {
                 id: menuButton
@@ -101,6 +107,23 @@ ScreenTest {
         const menu = open()
         keyClick(Qt.Key_Escape)
         tryVerify(() => !menu.visible)
+    }
+    function test_escapeGivesTheFocusBackToTheFieldThatHadIt() {
+        show()
+        shown.field.forceActiveFocus()
+        click(shown.button)
+        tryVerify(() => shown.button.menu?.opened ?? false)
+        keyClick(Qt.Key_Escape)
+        tryVerify(() => shown.field.activeFocus)
+    }
+    function test_noTooltipCoversIt() {
+        show()
+        const tooltip = findChild(shown.button, "hoverToolTip")
+        mouseMove(shown.button, 5, 5)
+        tryVerify(() => tooltip.active)
+        click(shown.button)
+        tryVerify(() => shown.button.menu?.opened ?? false)
+        verify(!tooltip.active)
     }
     function test_itsButtonClosesItAgain() {
         const menu = open()

@@ -47,6 +47,29 @@ ScreenTest {
         show()
         compare(find("password").echoMode, TextInput.Password)
     }
+    function test_fieldsTellKeyboardsWhatBelongsInThem_data() {
+        return [
+            { tag: "server", has: Qt.ImhUrlCharactersOnly | Qt.ImhNoAutoUppercase,
+              lacks: Qt.ImhEmailCharactersOnly | Qt.ImhHiddenText | Qt.ImhSensitiveData },
+            { tag: "email", has: Qt.ImhEmailCharactersOnly | Qt.ImhNoAutoUppercase,
+              lacks: Qt.ImhUrlCharactersOnly | Qt.ImhHiddenText | Qt.ImhSensitiveData },
+            { tag: "password",
+              has: Qt.ImhHiddenText | Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase,
+              lacks: Qt.ImhUrlCharactersOnly | Qt.ImhEmailCharactersOnly }
+        ]
+    }
+    function test_fieldsTellKeyboardsWhatBelongsInThem(data) {
+        show()
+        // What an input method is told: the field's own hints, and what Qt adds to them.
+        const hints = find(data.tag).inputMethodQuery(Qt.ImHints, undefined)
+        compare(hints & data.has, data.has)
+        compare(hints & data.lacks, 0)
+    }
+    function test_passwordSaysItselfThatItIsNoneOfTheKeyboardsBusiness() {
+        show()
+        const hints = Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
+        compare(find("password").inputMethodHints & hints, hints)
+    }
     function test_serverFieldShowsAndEditsTheModelsAddress() {
         standIns.appModel.serverURLString = "https://one.example"
         show()
@@ -184,6 +207,49 @@ ScreenTest {
         const form = placeOf(find("email"))
         compare(Math.round(form.x + form.width / 2), 480)
         verify(placeOf(find("signIn")).y + 32 < 680 * 0.66)
+    }
+    function test_headingStandsAtTheLeadingEdgeInBold() {
+        show()
+        const title = findText("Tarnwik")
+        compare(title.font.weight, Font.Bold)
+        for (const line of [title, findText("Sign in with your invite-created account.")]) {
+            compare(line.effectiveHorizontalAlignment, Text.AlignLeft)
+            compare(placeOf(line).x, placeOf(find("server")).x)
+            compare(line.width, find("server").width)
+        }
+    }
+    function test_aboveTheHeadingIsSomeRoomHoweverLowTheWindow_data() {
+        return [
+            { tag: "no height to spare", height: 200, scale: 1, top: 28 + 24 + 22 },
+            { tag: "low", height: 300, scale: 1, top: 28 + 24 + 22 },
+            { tag: "low, text a quarter larger", height: 300, scale: 1.25, top: 28 + 24 + 22 },
+            { tag: "low, below the tall header of large text", height: 300, scale: 2, top: 80 },
+            { tag: "smallest, text twice the size", height: 540, scale: 2, top: 80 }
+        ]
+    }
+    function test_aboveTheHeadingIsSomeRoomHoweverLowTheWindow(data) {
+        Theme.textScale = data.scale
+        show({ width: 420, height: data.height })
+        // The field with the focus may have been brought into view.
+        const view = findWhere(item => item instanceof Flickable)
+        compare(placeOf(findText("Tarnwik")).y + view.contentY, data.top)
+    }
+    function test_freeHeightIsSharedOutAboveAndBelow_data() {
+        return [
+            { tag: "smallest", height: 540, scale: 1 },
+            { tag: "usual", height: 680, scale: 1 },
+            { tag: "tall", height: 1100, scale: 1 },
+            { tag: "tall, text twice the size", height: 1100, scale: 2 }
+        ]
+    }
+    function test_freeHeightIsSharedOutAboveAndBelow(data) {
+        Theme.textScale = data.scale
+        show({ width: 420, height: data.height })
+        const signIn = placeOf(find("signIn"))
+        const above = placeOf(findText("Tarnwik")).y - 28
+        const below = data.height - 28 - signIn.y - signIn.height
+        verify(above > 24 + 22 && below > 24 + 22, above + " and " + below)
+        fuzzyCompare(above, (above + below) * 0.46, 1)
     }
     function test_narrowColumnKeepsItsPadding() {
         show({ width: 360, height: 540 })

@@ -75,6 +75,10 @@ class TrayItem:
         """Opens the menu, as a panel does before it shows it."""
         self._menu('AboutToShow', GLib.Variant('(i)', (0,)))
 
+    def close(self):
+        """Closes the menu again."""
+        self._menu('Event', GLib.Variant('(isvu)', (0, 'closed', GLib.Variant('i', 0), 0)))
+
     def entries(self):
         """All entries, those of submenus after their parent, with the labels that lead there and what is set."""
         found = []
