@@ -45,6 +45,7 @@ T.Popup {
         boundsBehavior: Flickable.StopAtBounds
         highlightMoveDuration: 0
         Accessible.role: Accessible.List
+        Accessible.name: popup.picker.Accessible.name
 
         T.ScrollBar.vertical: ScrollBar {}
 

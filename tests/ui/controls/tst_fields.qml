@@ -77,7 +77,7 @@ ControlTest {
     function test_theCursorRestsAfterAWhile() {
         const item = make(field, {})
         item.forceActiveFocus()
-        const shown = createTemporaryObject(cursor, item, { field: item })
+        const shown = createTemporaryObject(cursor, item, { owner: item })
         verify(shown.isBlinking)
         tryCompare(shown, "isBlinking", false, 3000)
         verify(shown.visible)
@@ -89,7 +89,7 @@ ControlTest {
         const item = make(field, {})
         item.forceActiveFocus()
         Theme.reducesMotion = true
-        const shown = createTemporaryObject(cursor, item, { field: item })
+        const shown = createTemporaryObject(cursor, item, { owner: item })
         verify(!shown.isBlinking)
         verify(shown.visible)
     }
