@@ -4,6 +4,10 @@
 function(tarnwik_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Werror)
   target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+  if(APPLE)
+    # Homebrew's Qt is always the newest: what it calls deprecated is no reason not to build with it.
+    target_compile_definitions(${target} PRIVATE QT_WARN_DEPRECATED_UP_TO=0x060400)
+  endif()
   target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR}/src)
   # What links a library of another language would be linked by that one's compiler, which takes other options.
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)

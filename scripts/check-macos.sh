@@ -4,7 +4,9 @@
 # - Every Objective-C++ source goes through clang with ARC and all warnings as errors, over declarations of our own
 #   (tests/support/apple); sources with one mistake each must be refused, so that this is known to find mistakes.
 # - Every Swift source goes through a grammar of Swift, which npm brings.
+# - What the Swift and the C side of the App Store's bridge say of their functions is compared.
 # - The build for macOS is configured, and its property lists and rules are read.
+# - package.sh runs with recorders in place of the Mac's programs.
 #
 # usage: check-macos.sh
 set -euo pipefail
@@ -68,14 +70,30 @@ else
   pass
 fi
 
+# What Linux alone has, also where the file is for every platform.
+linux_functions='pipe2|accept4|eventfd|signalfd|explicit_bzero'
+calls_of_linux() {
+  grep -rnwE "$linux_functions" --include='*.cpp' --include='*.h' "$1" | grep -v '^src/platform/linux/'
+}
+if calls_of_linux src >"$work/log"; then refuse "macOS has no such function" "$work/log"; else pass; fi
+if calls_of_linux tests/macos/broken >"$work/log"; then pass; else refuse "a function of Linux alone was accepted"; fi
+
+echo "Comparing both sides of the bridge to Swift…"
 bridge=src/platform/macos/storekit/StoreKitBridge
-sed -nE 's/^void \*?(store_[a-z_]+)\(.*/\1/p' $bridge.h | sort >"$work/declared"
-sed -nE 's/^@_cdecl\("(.*)"\)$/\1/p' $bridge.swift | sort >"$work/defined"
-if [ -s "$work/declared" ] && diff "$work/declared" "$work/defined" >"$work/log"; then
-  pass
-else
-  refuse "the functions of $bridge are not those that its header declares" "$work/log"
-fi
+compare_bridge() { python3 tests/macos/check_bridge.py $bridge.h "$1" 2>"$work/log"; }
+if compare_bridge $bridge.swift; then pass; else refuse "$bridge.h and $bridge.swift" "$work/log"; fi
+# A name, a parameter's kind, a parameter too few, another result, another callback.
+for mistake in 's/"store_sync"/"store_synch"/' 's/: UInt64,$/: Int,/' 's/, _ count: Int,/,/' \
+  's/^(\) )-> UnsafeMutableRawPointer \{/\1{/' 's/(UnsafePointer<CChar>\?)\) -> Void/\1, Int) -> Void/'; do
+  sed -E "$mistake" $bridge.swift >"$work/bridge.swift"
+  if cmp -s $bridge.swift "$work/bridge.swift"; then
+    refuse "no mistake was made: $mistake"
+  elif compare_bridge "$work/bridge.swift"; then
+    refuse "a bridge with a mistake was accepted: $mistake"
+  else
+    pass
+  fi
+done
 
 echo "Parsing the Swift sources…"
 parsers=${XDG_CACHE_HOME:-$HOME/.cache}/tarnwik-checks/$(sha256sum tests/macos/swift/package-lock.json | cut -c1-16)
@@ -118,22 +136,53 @@ configure() {
     -DCMAKE_LIBRARY_ARCHITECTURE="${libraries##*/}" \
     -DCMAKE_HAVE_LIBC_PTHREAD=1 -DHAVE_STDATOMIC=1 "${@:2}" >"$work/log" 2>&1
 }
+sdk=$work/MacOSX.sdk
+mkdir "$sdk"
 set_all=(-DTARNWIK_DEFAULT_SERVER_URL=https://api.tarnwik.example -DTARNWIK_TEAM_IDENTIFIER=TEAM123456
   -DTARNWIK_TUNNEL_BUNDLE_IDENTIFIER=example.tarnwik.client.tunnel
   -DTARNWIK_KEYCHAIN_ACCESS_GROUP=TEAM123456.example.tarnwik.client
-  -DTARNWIK_TUNNEL_EXTENSION="$work/Tunnel.appex" -DCMAKE_OSX_ARCHITECTURES=arm64)
+  -DTARNWIK_TUNNEL_ENTITLEMENT=packet-tunnel-provider-systemextension -DCMAKE_OSX_ARCHITECTURES=arm64)
+check_lists() {
+  python3 tests/macos/check_property_lists.py "$1/Info.plist" "$1/tarnwik.entitlements" "$2" 2>"$work/log"
+}
 for kind in plain set; do
-  settings=()
-  [ $kind = plain ] || settings=("${set_all[@]}")
+  settings=(-DCMAKE_OSX_SYSROOT="$sdk")
+  [ $kind = plain ] || settings+=("${set_all[@]}")
   if ! configure $kind "${settings[@]}"; then
     refuse "the build for macOS cannot be configured ($kind)" "$work/log"
-  elif python3 tests/macos/check_property_lists.py "$work/$kind/packaging/macos/Info.plist" \
-    "$work/$kind/packaging/macos/tarnwik.entitlements" $kind 2>"$work/log"; then
+  elif check_lists "$work/$kind/packaging/macos" $kind; then
     pass
   else
     refuse "the property lists ($kind)" "$work/log"
   fi
 done
+# What must not be there counts as well: a debugger's entitlement, say.
+mkdir "$work/lists"
+cp "$work/set/packaging/macos/Info.plist" "$work/lists"
+sed 's|^</dict>|<key>com.apple.security.get-task-allow</key><true/>&|' \
+  "$work/set/packaging/macos/tarnwik.entitlements" >"$work/lists/tarnwik.entitlements"
+if check_lists "$work/lists" set; then refuse "an entitlement too many was accepted"; else pass; fi
+
+# What lies in the bundle beside the program. The extension comes only with package.sh.
+grep ' COMMAND = .*Tarnwik.icns .*Contents' "$work/set/build.ninja" >"$work/log" || true
+if grep -q '/tarnwik.app/Contents/Resources/Tarnwik.icns ' "$work/log" &&
+  grep -q '/tarnwik.app/Contents/MacOS/tarnwikctl' "$work/log" && ! grep -q PlugIns "$work/set/build.ninja"; then
+  pass
+else
+  refuse "the bundle's contents" "$work/log"
+fi
+# Each program looks for Swift's runtime in the SDK; and without one the build ends at once rather than there.
+grep -A8 '^build src/.*: CXX_EXECUTABLE_LINKER__' "$work/set/build.ninja" | grep 'LINK_PATH = ' >"$work/log" || true
+if [ "$(grep -cF -- "-L$sdk/usr/lib/swift " "$work/log")" = 2 ]; then
+  pass
+else
+  refuse "Swift's runtime" "$work/log"
+fi
+if configure without || ! grep -q 'Where does the SDK lie' "$work/log"; then
+  refuse "a build without an SDK" "$work/log"
+else
+  pass
+fi
 # Swift's compiler makes its own library, for the architecture and release that were asked for, and links nothing else.
 grep -A1 '^rule Swift_.*_LINKER_' "$work/set/CMakeFiles/rules.ninja" >"$work/log" || true
 if [ "$(grep -c '^rule' "$work/log")" = 1 ] && grep -q '^rule .*__tarnwik_storekit_bridge_' "$work/log" &&
@@ -142,7 +191,14 @@ if [ "$(grep -c '^rule' "$work/log")" = 1 ] && grep -q '^rule .*__tarnwik_storek
 else
   refuse "the rules for Swift" "$work/log"
 fi
+
+echo "Running package.sh with recorders…"
 bash -n packaging/macos/package.sh
+if python3 tests/macos/check_package.py >"$work/log" 2>&1; then
+  passed=$((passed + $(sed -nE 's/^Ran ([0-9]+) tests? .*/\1/p' "$work/log")))
+else
+  refuse "packaging/macos/package.sh" "$work/log"
+fi
 
 for reason in "${skipped[@]}"; do
   echo "SKIPPED: $reason"

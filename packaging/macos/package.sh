@@ -7,12 +7,15 @@
 #   --build FOLDER             where to build; build/macos by default
 #   --server URL               the service's address, for people who have not signed in
 #   --team TEAM                the developer team's identifier
-#   --identity NAME            sign with this certificate; without it the bundle is signed for this machine alone and has
-#                              no entitlements
+#   --identity NAME            sign with this certificate; without it the bundle is signed for this machine alone and
+#                              has no entitlements
 #   --extension FILE.appex     the packet-tunnel extension, signed already
-#   --profile FILE             the provisioning profile that grants the entitlements
+#   --profile FILE             the provisioning profile that grants the entitlements; --identity needs one
 #   --installer-identity NAME  make an installer package for the App Store, signed with this certificate
-#   --notarize PROFILE         have the bundle notarized, with the credentials that notarytool keeps under this name
+#   --notarize PROFILE         have the bundle notarized, with the credentials that notarytool keeps under this name:
+#                              for a Developer ID, and not for the App Store
+#
+# Every run starts afresh: nothing that an earlier one was told, or made, comes into the bundle.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -40,30 +43,40 @@ while [ $# -gt 0 ]; do
 done
 [ "$(uname)" = Darwin ] || fail "This runs on macOS only."
 [ "$identity" = - ] || [ -n "$team" ] || fail "A signature with entitlements needs --team."
+# The system ends a program that claims what no profile grants.
+[ "$identity" = - ] || [ -n "$profile" ] || fail "A signature with entitlements needs --profile."
 [ "$identity" != - ] || [ -z "$notary$installer" ] || fail "What is given to others needs --identity."
+[ -z "$notary" ] || [ -z "$installer" ] || fail "The App Store's package is not notarized: choose one of the two."
 if [ -n "$extension" ]; then
   # The application finds the extension by this name, and shares the keychain group with it.
   tunnel=$(plutil -extract CFBundleIdentifier raw "$extension/Contents/Info.plist")
 fi
 
-# Homebrew links some of its libraries nowhere.
+# Homebrew links most of what it has into one folder, Qt's parts among it, and some libraries nowhere.
+homebrew=$(brew --prefix)
 llvm=$(brew --prefix llvm@19)
 for name in icu4c openssl@3 sqlite; do
   PKG_CONFIG_PATH="$(brew --prefix "$name")/lib/pkgconfig:${PKG_CONFIG_PATH-}"
 done
 export PKG_CONFIG_PATH
+sdk=$(xcrun --sdk macosx --show-sdk-path)
 
 settings=(
   -DCMAKE_BUILD_TYPE=Release -DTARNWIK_TESTS=OFF
   -DCMAKE_OSX_ARCHITECTURES="$architecture"
+  -DCMAKE_OSX_SYSROOT="$sdk"
   -DCMAKE_CXX_COMPILER="$llvm/bin/clang++" -DCMAKE_OBJCXX_COMPILER="$llvm/bin/clang++"
-  -DCMAKE_PREFIX_PATH="$(brew --prefix qt);$(brew --prefix openssl@3)"
+  -DCMAKE_PREFIX_PATH="$homebrew;$(brew --prefix openssl@3)"
 )
 [ -z "$server" ] || settings+=(-DTARNWIK_DEFAULT_SERVER_URL="$server")
-[ -z "$extension" ] || settings+=(-DTARNWIK_TUNNEL_EXTENSION="$extension" -DTARNWIK_TUNNEL_BUNDLE_IDENTIFIER="$tunnel")
+[ -z "$extension" ] || settings+=(-DTARNWIK_TUNNEL_BUNDLE_IDENTIFIER="$tunnel")
 [ -z "$team" ] || settings+=(-DTARNWIK_TEAM_IDENTIFIER="$team"
                             -DTARNWIK_KEYCHAIN_ACCESS_GROUP="$team.example.tarnwik.client")
-cmake -G Ninja -S . -B "$build" "${settings[@]}"
+# What a profile for a Developer ID grants.
+[ -z "$notary" ] || settings+=(-DTARNWIK_TUNNEL_ENTITLEMENT=packet-tunnel-provider-systemextension)
+built=$build/src/ui/app/tarnwik.app
+rm -rf "$built"
+cmake --fresh -G Ninja -S . -B "$build" "${settings[@]}"
 cmake --build "$build"
 
 echo "Putting Qt and the other libraries into the bundle…"
@@ -71,16 +84,25 @@ product=$build/product
 bundle=$product/Tarnwik.app
 rm -rf "$product"
 mkdir -p "$product"
-ditto "$build/src/ui/app/tarnwik.app" "$bundle"
-executables=("-executable=$bundle/Contents/MacOS/tarnwikctl")
+ditto "$built" "$bundle"
+deploying=("-executable=$bundle/Contents/MacOS/tarnwikctl")
 if [ "$identity" != - ]; then
   # With entitlements it would need a profile and a container of its own: it would be stopped as it starts.
   rm "$bundle/Contents/MacOS/tarnwikctl"
-  executables=()
+  deploying=()
 fi
+[ -z "$installer" ] || deploying+=(-appstore-compliant)
 # An empty array is an error to the system's own old bash under “set -u”.
-"$(brew --prefix qt)/bin/macdeployqt" "$bundle" -qmldir=src/ui ${executables[@]+"${executables[@]}"}
-[ -z "$profile" ] || cp "$profile" "$bundle/Contents/embedded.provisionprofile"
+"$homebrew/bin/macdeployqt" "$bundle" -qmldir=src/ui ${deploying[@]+"${deploying[@]}"}
+# Both without what the system wrote beside a downloaded file: the App Store takes no quarantined one.
+[ -z "$profile" ] || cp -X "$profile" "$bundle/Contents/embedded.provisionprofile"
+if [ -n "$extension" ]; then
+  # Only now, so that nobody looks for Qt in it, and whole: its signature covers its links too.
+  embedded=$bundle/Contents/PlugIns/$(basename "$extension")
+  mkdir -p "$bundle/Contents/PlugIns"
+  ditto --noqtn "$extension" "$embedded"
+  codesign --verify --strict --verbose=2 "$embedded"
+fi
 
 echo "Signing…"
 # From the inside out, since each signature covers those within. The extension keeps its own.

@@ -96,10 +96,13 @@ Task<ExitStatus> connect(Run &run, std::stop_token token)
         co_return run.outcome();
 
     VPNController &tunnel = *model.vpnController();
+    co_await waitForStart(tunnel, token);
     if (!co_await waitForTunnel(tunnel, hasSettled, run.options.wait, token))
         co_return run.fail(QStringLiteral("The tunnel did not come up within %1 s.").arg(run.options.wait.count()));
-    if (tunnel.status() != VPNStatus::Connected)
+    if (tunnel.status() != VPNStatus::Connected) {
+        co_await waitForReason(tunnel, token);
         co_return run.fail(tunnel.lastDisconnectError().value_or(QStringLiteral("The tunnel went down again.")));
+    }
     run.print(QStringLiteral("Connected through %1.").arg(plainText(nodeName)), statusJSON(model));
     co_return ExitStatus::Done;
 }

@@ -4,6 +4,8 @@
 #include "async/Gate.h"
 #include "platform/PlatformServices.h"
 
+#include <utility>
+
 namespace tarnwik::cli {
 
 bool isDown(VPNStatus status)
@@ -30,6 +32,26 @@ Task<bool> waitForTunnel(VPNController &tunnel, bool (*isReached)(VPNStatus), st
     openWhenReached();
     co_await gate.wait(std::move(token));
     co_return isReached(tunnel.status());
+}
+
+Task<> waitForStart(VPNController &tunnel, std::stop_token token)
+{
+    if (!tunnel.lastDisconnectError())
+        co_await waitForTunnel(tunnel, [](VPNStatus status) { return !isDown(status); }, systemDelay, std::move(token));
+}
+
+Task<> waitForReason(VPNController &tunnel, std::stop_token token)
+{
+    const PlatformServices services = PlatformServices::current();
+    async::Gate gate;
+    const auto openWhenTold = [&] {
+        if (tunnel.lastDisconnectError())
+            gate.open();
+    };
+    QObject::connect(services.tunnelManager.get(), &TunnelManager::statusDidChange, &gate, openWhenTold);
+    services.clock->after(systemDelay, &gate, [&gate] { gate.open(); });
+    openWhenTold();
+    co_await gate.wait(std::move(token));
 }
 
 } // namespace tarnwik::cli

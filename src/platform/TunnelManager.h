@@ -59,16 +59,18 @@ public:
     /// Reads the fields back from the system's preferences.
     virtual Task<> loadFromPreferences() = 0;
 
-    /// Asks the system to start the tunnel, and returns once it has agreed to: status() is connecting by then. Fails
-    /// only when the system refuses; what becomes of the tunnel is told by its status.
+    /// Asks the system to start the tunnel, and returns once it has agreed to. Fails only when the system refuses; what
+    /// becomes of the tunnel is told by its status, which may follow a moment later.
     virtual Task<> startVPNTunnel() = 0;
 
-    /// Asks the system to stop the tunnel. Never fails; a tunnel that does not run is left alone.
+    /// Asks the system to stop the tunnel. Never fails; a tunnel that does not run is left alone. The status may follow a
+    /// moment later.
     virtual Task<> stopVPNTunnel() = 0;
 
     virtual VPNStatus status() const = 0;
 
-    /// Why the tunnel last went down by itself, as a sentence; nothing if it did not, or since it was last started.
+    /// Why the tunnel last went down by itself, as a sentence; nothing if it did not, or since it was last started. A
+    /// system may tell it only after the status: statusDidChange() comes once more then.
     virtual std::optional<QString> lastDisconnectError() const = 0;
 };
 
@@ -87,7 +89,7 @@ public:
     virtual std::shared_ptr<TunnelConfiguration> create() = 0;
 
 Q_SIGNALS:
-    /// The status of a tunnel changed: of any tunnel, ours or not.
+    /// The status of a tunnel changed: of any tunnel, ours or not. Or why one went down is known now.
     void statusDidChange();
 };
 

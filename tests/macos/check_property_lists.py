@@ -1,42 +1,53 @@
-"""Checks the property lists of the macOS bundle as CMake writes them.
+"""Checks the property lists of the macOS bundle as CMake writes them: every key, and no other.
 
 usage: check_property_lists.py INFO ENTITLEMENTS plain|set
 """
 
 import plistlib
+import re
 import sys
 from pathlib import Path
 
 BUNDLE = "example.tarnwik.client"
+TEAM = "TEAM123456"
+PROJECT = Path(__file__).parent.parent.parent / "CMakeLists.txt"
+VERSION = re.search(r"^project\(Tarnwik VERSION (\S+)", PROJECT.read_text(), re.MULTILINE)[1]
 SETTINGS = {
     "TarnwikDefaultServerURL": "https://api.tarnwik.example",
     "TarnwikTunnelBundleIdentifier": f"{BUNDLE}.tunnel",
-    "TarnwikKeychainAccessGroup": f"TEAM123456.{BUNDLE}",
+    "TarnwikKeychainAccessGroup": f"{TEAM}.{BUNDLE}",
 }
 INFO = {
+    "CFBundleDevelopmentRegion": "en",
+    "CFBundleDisplayName": "Tarnwik",
     "CFBundleExecutable": "tarnwik",
     "CFBundleIconFile": "Tarnwik",
     "CFBundleIdentifier": BUNDLE,
     "CFBundleInfoDictionaryVersion": "6.0",
     "CFBundleName": "Tarnwik",
     "CFBundlePackageType": "APPL",
+    "CFBundleShortVersionString": VERSION,
+    "CFBundleSupportedPlatforms": ["MacOSX"],
+    "CFBundleVersion": VERSION,
+    "LSApplicationCategoryType": "public.app-category.utilities",
     "LSMinimumSystemVersion": "13.0",
     "NSHighResolutionCapable": True,
     "NSPrincipalClass": "NSApplication",
+    "NSSupportsAutomaticGraphicsSwitching": True,
 }
 ENTITLEMENTS = {
-    "com.apple.developer.networking.networkextension": ["packet-tunnel-provider"],
     "com.apple.security.app-sandbox": True,
+    "com.apple.security.cs.allow-jit": True,
     "com.apple.security.network.client": True,
 }
 
 
 def expect(file, actual, wanted):
-    """What of `wanted` is missing in `actual` or differs there."""
+    """Where `actual` is another than `wanted`."""
     return [
-        f"{file}: {key} is {actual.get(key)!r} rather than {value!r}"
-        for key, value in wanted.items()
-        if actual.get(key) != value or type(actual.get(key)) is not type(value)
+        f"{file}: {key} is {actual.get(key)!r} rather than {wanted.get(key)!r}"
+        for key in sorted(actual.keys() | wanted.keys())
+        if actual.get(key) != wanted.get(key) or type(actual.get(key)) is not type(wanted.get(key))
     ]
 
 
@@ -51,26 +62,28 @@ def texts(value):
 def main(info_path, entitlements_path, kind):
     info = plistlib.loads(Path(info_path).read_bytes())
     entitlements = plistlib.loads(Path(entitlements_path).read_bytes())
-    mistakes = expect("Info.plist", info, INFO) + expect("entitlements", entitlements, ENTITLEMENTS)
+    if kind == "set":
+        settings, team, tunnel = SETTINGS, TEAM, "packet-tunnel-provider-systemextension"
+    else:
+        # What nobody set must read as a reference that was not expanded, which the program takes for absent.
+        settings = {
+            "TarnwikDefaultServerURL": "$(TARNWIK_DEFAULT_SERVER_URL)",
+            "TarnwikTunnelBundleIdentifier": "$(TARNWIK_TUNNEL_BUNDLE_IDENTIFIER)",
+            "TarnwikKeychainAccessGroup": "$(TARNWIK_KEYCHAIN_ACCESS_GROUP)",
+        }
+        team, tunnel = "$(TARNWIK_TEAM_IDENTIFIER)", "packet-tunnel-provider"
+    mistakes = expect("Info.plist", info, INFO | settings) + expect("entitlements", entitlements, ENTITLEMENTS | {
+        "com.apple.application-identifier": f"{team}.{BUNDLE}",
+        "com.apple.developer.networking.networkextension": [tunnel],
+        "com.apple.developer.team-identifier": team,
+        # The program's own.
+        "keychain-access-groups": [settings["TarnwikKeychainAccessGroup"]],
+    })
     # The system's parser of entitlements takes no comments.
     if b"<!--" in Path(entitlements_path).read_bytes():
         mistakes.append("entitlements: there is a comment")
     if any("@" in text or "${" in text or not text for text in texts(info) + texts(entitlements)):
         mistakes.append("a value was not filled in")
-
-    groups = entitlements.get("keychain-access-groups", [])
-    if kind == "set":
-        mistakes += expect("Info.plist", info, SETTINGS)
-        mistakes += expect("entitlements", entitlements, {
-            "com.apple.developer.team-identifier": "TEAM123456",
-            "com.apple.application-identifier": f"TEAM123456.{BUNDLE}",
-            "keychain-access-groups": [SETTINGS["TarnwikKeychainAccessGroup"]],
-        })
-    else:
-        # What nobody set must read as a reference that was not expanded, which the program takes for absent.
-        mistakes += [f"Info.plist: {key} is {info.get(key)!r}" for key in SETTINGS if "$(" not in info.get(key, "")]
-        if info.get("TarnwikKeychainAccessGroup") not in groups:
-            mistakes.append("the program's access group is not the one that it is entitled to")
     for mistake in mistakes:
         print(mistake, file=sys.stderr)
     return 1 if mistakes else 0

@@ -206,6 +206,17 @@ TEST_F(MacTunnelConfigurationTest, aTunnelThatWeStoppedHasNoReason)
     EXPECT_EQ(m_configuration->lastDisconnectError(), std::nullopt);
 }
 
+TEST_F(MacTunnelConfigurationTest, aTunnelThatWeStoppedOnceHasAReasonTheNextTime)
+{
+    m_tunnel->disconnectError = mac::PlatformError{"NEVPNConnectionErrorDomain", 8, "failed"};
+    become(3);
+    run(m_configuration->stopVPNTunnel());
+    become(1);
+    become(2);
+    become(1);
+    EXPECT_EQ(m_configuration->lastDisconnectError(), QStringLiteral("failed"));
+}
+
 TEST_F(MacTunnelConfigurationTest, aReasonLastsUntilTheNextStartWhoeverStarts)
 {
     m_tunnel->disconnectError = mac::PlatformError{"NEVPNConnectionErrorDomain", 8, "failed"};

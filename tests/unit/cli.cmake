@@ -1,5 +1,5 @@
 tarnwik_test(cli_test
-  SOURCES CommandLineTest.cpp SubscriptionCommandsTest.cpp
+  SOURCES CommandLineTest.cpp SubscriptionCommandsTest.cpp TunnelWaitTest.cpp
   LINK tarnwik_cli tarnwik_test_platform)
 
 tarnwik_test(embedded_test

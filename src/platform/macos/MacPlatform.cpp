@@ -18,7 +18,7 @@ PlatformServices macPlatform()
     services.userDefaults = std::make_shared<MacUserDefaults>();
     services.httpSession = std::make_shared<QtHTTPSession>(services.clock);
     services.keychain = std::make_shared<MacKeychain>();
-    services.tunnelManager = std::make_shared<MacTunnelManager>(mac::systemNetworkExtension(), services.clock);
+    services.tunnelManager = std::make_shared<MacTunnelManager>(mac::systemNetworkExtension());
     services.appStore = storeKitAppStore();
     return services;
 }

@@ -1,7 +1,6 @@
 #include "platform/macos/MacTunnelConfiguration.h"
 
 #include "async/Detach.h"
-#include "async/Gate.h"
 #include "platform/macos/MacTunnelValues.h"
 #include "platform/macos/Reply.h"
 
@@ -25,7 +24,7 @@ MacTunnelConfiguration::MacTunnelConfiguration(std::shared_ptr<MacTunnelSession>
                                                std::shared_ptr<mac::TunnelProviderManager> manager)
     : m_session(std::move(session))
     , m_manager(std::move(manager))
-    , m_isUp(!isDown(systemStatus()))
+    , m_isUp(!isDown(status()))
 {
     takeFields();
     QObject::connect(m_session.get(), &MacTunnelSession::statusDidChange, &m_context, [this] { followStatus(); });
@@ -58,28 +57,23 @@ Task<> MacTunnelConfiguration::loadFromPreferences()
 
 Task<> MacTunnelConfiguration::startVPNTunnel()
 {
-    const auto self = shared_from_this();
     throwIfFailed(m_manager->startVPNTunnel());
-    m_lastDisconnectError.reset();
-    m_isStopWanted = false;
-    co_await waitForStatus(false);
-    // A tunnel that has already failed was never seen to run, and is asked for its reason all the same.
+    beginAnew();
+    // A tunnel that fails at once may never be seen to run, and is asked for its reason all the same.
     m_isUp = true;
-    followStatus();
+    co_return;
 }
 
 Task<> MacTunnelConfiguration::stopVPNTunnel()
 {
-    const auto self = shared_from_this();
     m_isStopWanted = true;
     m_manager->stopVPNTunnel();
-    co_await waitForStatus(true);
+    co_return;
 }
 
 VPNStatus MacTunnelConfiguration::status() const
 {
-    const VPNStatus status = systemStatus();
-    return m_isReasonAwaited && status == VPNStatus::Disconnected ? VPNStatus::Disconnecting : status;
+    return vpnStatus(m_manager->status());
 }
 
 void MacTunnelConfiguration::takeFields()
@@ -94,54 +88,41 @@ void MacTunnelConfiguration::takeFields()
     isEnabled = fields.isEnabled;
 }
 
-VPNStatus MacTunnelConfiguration::systemStatus() const
-{
-    return vpnStatus(m_manager->status());
-}
-
 void MacTunnelConfiguration::followStatus()
 {
-    const bool isUp = !isDown(systemStatus());
+    const bool isUp = !isDown(status());
     const bool wasUp = std::exchange(m_isUp, isUp);
-    if (isUp && !wasUp) {
-        // Whoever started it.
-        m_lastDisconnectError.reset();
-        m_isStopWanted = false;
-    } else if (wasUp && !isUp && !m_isStopWanted) {
-        async::detach(fetchLastDisconnectError(shared_from_this()));
-    }
+    if (isUp && !wasUp) // Whoever started it.
+        beginAnew();
+    else if (wasUp && !isUp && !m_isStopWanted)
+        async::detach(fetchLastDisconnectError(m_manager, weak_from_this(), m_starts));
 }
 
-// The system's calls return before its status follows.
-Task<> MacTunnelConfiguration::waitForStatus(bool isDownWanted)
+void MacTunnelConfiguration::beginAnew()
 {
-    const auto isReached = [this, isDownWanted] {
-        const VPNStatus status = systemStatus();
-        return (status == VPNStatus::Disconnecting || isDown(status)) == isDownWanted;
-    };
-    if (isReached())
-        co_return;
-    async::Gate gate;
-    QObject::connect(m_session.get(), &MacTunnelSession::statusDidChange, &gate, [&] {
-        if (isReached())
-            gate.open();
-    });
-    m_session->clock().after(tunnelSettlingLimit, &gate, [&gate] { gate.open(); });
-    co_await gate.wait();
+    ++m_starts;
+    m_lastDisconnectError.reset();
+    m_isStopWanted = false;
 }
 
-Task<> MacTunnelConfiguration::fetchLastDisconnectError(std::shared_ptr<MacTunnelConfiguration> self)
+// Keeps the asker alive no longer than others do: the system may take its time.
+Task<> MacTunnelConfiguration::fetchLastDisconnectError(std::shared_ptr<mac::TunnelProviderManager> manager,
+                                                        std::weak_ptr<MacTunnelConfiguration> asker, unsigned starts)
 {
     const Reply<Outcome> reply;
-    self->m_isReasonAwaited = true;
-    self->m_session->clock().after(tunnelSettlingLimit, &self->m_context,
-                                   [answer = reply.handler()] { answer(std::nullopt); });
-    self->m_manager->fetchLastDisconnectError(reply.handler());
+    manager->fetchLastDisconnectError(reply.handler());
     const Outcome error = co_await reply.value();
-    self->m_isReasonAwaited = false;
-    if (error && isDown(self->systemStatus()))
-        self->m_lastDisconnectError = tunnelError(*error).localizedDescription();
-    Q_EMIT self->m_session->statusDidChange();
+    const auto self = asker.lock();
+    if (self && self->m_starts == starts)
+        self->takeLastDisconnectError(error);
+}
+
+void MacTunnelConfiguration::takeLastDisconnectError(const Outcome &error)
+{
+    if (!error)
+        return;
+    m_lastDisconnectError = tunnelError(*error).localizedDescription();
+    Q_EMIT m_session->statusDidChange();
 }
 
 } // namespace tarnwik

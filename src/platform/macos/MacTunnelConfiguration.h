@@ -3,16 +3,15 @@
 #include "platform/TunnelManager.h"
 #include "platform/macos/MacTunnelSession.h"
 
-#include <chrono>
 #include <memory>
 #include <optional>
 
 namespace tarnwik {
 
-/// How long an operation waits for the system to say what became of it. The system takes milliseconds.
-inline constexpr std::chrono::milliseconds tunnelSettlingLimit = std::chrono::seconds(1);
-
 /// A tunnel configuration that is a tunnel provider manager of the system.
+///
+/// Nothing waits for the system's status: what start and stop do to it, and why the tunnel went down, comes later, each
+/// with its own statusDidChange.
 class MacTunnelConfiguration final : public TunnelConfiguration,
                                      public std::enable_shared_from_this<MacTunnelConfiguration>
 {
@@ -25,27 +24,28 @@ public:
     Task<> startVPNTunnel() override;
     Task<> stopVPNTunnel() override;
 
-    /// As the system tells it. A tunnel that went down by itself counts as going down until the system has told why.
+    /// As the system tells it.
     VPNStatus status() const override;
 
     std::optional<QString> lastDisconnectError() const override { return m_lastDisconnectError; }
 
 private:
     void takeFields();
-    VPNStatus systemStatus() const;
     void followStatus();
-    Task<> waitForStatus(bool isDownWanted);
-    static Task<> fetchLastDisconnectError(std::shared_ptr<MacTunnelConfiguration> self);
+    void beginAnew();
+    static Task<> fetchLastDisconnectError(std::shared_ptr<mac::TunnelProviderManager> manager,
+                                           std::weak_ptr<MacTunnelConfiguration> asker, unsigned starts);
+    void takeLastDisconnectError(const std::optional<mac::PlatformError> &error);
 
     std::shared_ptr<MacTunnelSession> m_session;
     std::shared_ptr<mac::TunnelProviderManager> m_manager;
     std::optional<QString> m_lastDisconnectError;
-    /// Whether the tunnel was seen to run, or on its way up or down.
+    /// Whether the tunnel was started, or seen to run, or on its way up or down: its end is still to come.
     bool m_isUp = false;
     /// Whether the tunnel's end, when it comes, is our own doing.
     bool m_isStopWanted = false;
-    /// Whether the system has been asked why the tunnel went down.
-    bool m_isReasonAwaited = false;
+    /// Counts the tunnel's starts: a reason that was asked for before the latest is an old one.
+    unsigned m_starts = 0;
     /// What this object is connected by: the connections end with it.
     QObject m_context;
 };

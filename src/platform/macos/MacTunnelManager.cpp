@@ -28,9 +28,8 @@ Task<std::optional<TunnelManager::Configurations>> loadAll(std::shared_ptr<MacTu
 
 } // namespace
 
-MacTunnelManager::MacTunnelManager(std::shared_ptr<mac::NetworkExtension> networkExtension,
-                                   std::shared_ptr<async::Clock> clock)
-    : m_session(std::make_shared<MacTunnelSession>(std::move(networkExtension), std::move(clock)))
+MacTunnelManager::MacTunnelManager(std::shared_ptr<mac::NetworkExtension> networkExtension)
+    : m_session(std::make_shared<MacTunnelSession>(std::move(networkExtension)))
 {
     QObject::connect(m_session.get(), &MacTunnelSession::statusDidChange, this, &TunnelManager::statusDidChange);
 }

@@ -11,7 +11,7 @@ class MacTunnelManager final : public TunnelManager
     Q_OBJECT
 
 public:
-    MacTunnelManager(std::shared_ptr<mac::NetworkExtension> networkExtension, std::shared_ptr<async::Clock> clock);
+    explicit MacTunnelManager(std::shared_ptr<mac::NetworkExtension> networkExtension);
 
     Task<std::optional<Configurations>> loadAllFromPreferences() override;
     std::shared_ptr<TunnelConfiguration> create() override;

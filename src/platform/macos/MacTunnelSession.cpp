@@ -6,10 +6,8 @@
 
 namespace tarnwik {
 
-MacTunnelSession::MacTunnelSession(std::shared_ptr<mac::NetworkExtension> networkExtension,
-                                   std::shared_ptr<async::Clock> clock)
+MacTunnelSession::MacTunnelSession(std::shared_ptr<mac::NetworkExtension> networkExtension)
     : m_networkExtension(std::move(networkExtension))
-    , m_clock(std::move(clock))
 {
     // Weakly: a notification that was already on its way comes after the observation has ended.
     m_observation = m_networkExtension->observeStatus([session = QPointer(this)] {

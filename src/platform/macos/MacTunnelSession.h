@@ -1,6 +1,5 @@
 #pragma once
 
-#include "async/Clock.h"
 #include "platform/macos/native/NetworkExtension.h"
 
 #include <QObject>
@@ -15,10 +14,9 @@ class MacTunnelSession final : public QObject
     Q_OBJECT
 
 public:
-    MacTunnelSession(std::shared_ptr<mac::NetworkExtension> networkExtension, std::shared_ptr<async::Clock> clock);
+    explicit MacTunnelSession(std::shared_ptr<mac::NetworkExtension> networkExtension);
 
     mac::NetworkExtension &networkExtension() const { return *m_networkExtension; }
-    async::Clock &clock() const { return *m_clock; }
 
 Q_SIGNALS:
     /// The status of a tunnel changed, of any tunnel; or why one went down is known now.
@@ -26,7 +24,6 @@ Q_SIGNALS:
 
 private:
     std::shared_ptr<mac::NetworkExtension> m_networkExtension;
-    std::shared_ptr<async::Clock> m_clock;
     std::shared_ptr<void> m_observation;
 };
 
