@@ -10,8 +10,8 @@ def _measure(window, *options):
 
 
 def brightness(window):
-    """How bright a window is on the whole, from 0 to 1."""
-    return _measure(window, '-format', '%[fx:mean]')[0]
+    """How bright a window is along its left edge, which no smaller window in its middle covers: from 0 to 1."""
+    return _measure(window, '-crop', '40x0+0+0', '+repage', '-format', '%[fx:mean]')[0]
 
 
 def colour_at(left, top):
