@@ -108,6 +108,8 @@ TEST_F(MacTunnelConfigurationTest, theStatusIsTheSystemsWhateverIsStillToCome)
         EXPECT_EQ(long(m_configuration->status()), status);
     }
     EXPECT_EQ(reasonsAsked(), 3);
+    for (std::size_t index = 0; index < m_tunnel->held.size(); ++index)
+        answerReason(index);
 }
 
 TEST_F(MacTunnelConfigurationTest, tellsWhyTheTunnelWentDownOnceTheSystemDoes)
