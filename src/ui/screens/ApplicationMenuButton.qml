@@ -25,8 +25,10 @@ ToolButton {
     readonly property int accessibleRole: Accessible.ButtonMenu
     Accessible.role: accessibleRole
     onClicked: {
-        formerFocus = Window.activeFocusItem;
-        menuReason = focusReason;
+        if (!isOpen) {
+            formerFocus = Window.activeFocusItem;
+            menuReason = focusReason;
+        }
         isWorkedByKeyboard = visualFocus;
         loader.active = true;
         menu.visible ? menu.close() : menu.open();

@@ -116,6 +116,15 @@ ScreenTest {
         keyClick(Qt.Key_Escape)
         tryVerify(() => shown.field.activeFocus)
     }
+    function test_itsButtonGivesTheFocusBackToTheFieldThatHadIt() {
+        show()
+        shown.field.forceActiveFocus()
+        click(shown.button)
+        tryVerify(() => shown.button.menu?.opened ?? false)
+        click(shown.button)
+        tryVerify(() => !shown.button.menu.visible)
+        tryVerify(() => shown.field.activeFocus)
+    }
     function test_noTooltipCoversIt() {
         show()
         const tooltip = findChild(shown.button, "hoverToolTip")
